@@ -1,0 +1,77 @@
+// What a network looks like to the managers: one interface, met by the simulated network and by the machine's own.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace network {
+
+// The live IPv6 values of one profile. Empty texts: there is none.
+struct Ipv6Values {
+    std::string address;  // without prefix length, RFC 5952 text form
+    std::optional<std::uint8_t> prefixLength;
+    std::string gateway;
+    std::vector<std::string> dns;  // in the order of their use
+    bool dnsIsStatic = false;
+};
+
+struct Profile {
+    int type = 0;   // CONNECTION_PROFILE_TYPE_*
+    int state = 0;  // CONNECTION_PROFILE_STATE_*
+    Ipv6Values ipv6;
+};
+
+// The answer to an asynchronous question: CONNECTION_ERROR_NONE or the error that came of it.
+using Answer = std::function<void(int result)>;
+
+// A question under way. Destroying it withdraws the question: its Answer is not called any more.
+class Question {
+  public:
+    virtual ~Question() = default;
+};
+
+// Told of changes, on the main loop, never from inside a call into the backend.
+class Observer {
+  public:
+    virtual ~Observer() = default;
+    virtual void connectionTypeChanged(int connectionType) = 0;  // CONNECTION_TYPE_*
+    virtual void addressChanged(const std::string& ipv4, const std::string& ipv6) = 0;
+};
+
+// Every call returns a code of the connection error table and writes its out argument only on success. Answers come on
+// the main loop in a later iteration than the call, and every question ends by itself: the gateway's within 5 s, the
+// online one within 10 s (unless a simulated scenario asks for silence).
+class Backend {
+  public:
+    virtual ~Backend() = default;
+
+    virtual int ethernetState(int& state) = 0;  // CONNECTION_ETHERNET_*
+    virtual int macAddress(int connectionType, std::string& mac) = 0;
+
+    // Stable identities of the profiles; which: CONNECTION_ITERATOR_*.
+    virtual int profiles(int which, std::vector<std::string>& ids) = 0;
+    // The profile as it is now; NO_CONNECTION once it is gone.
+    virtual int profile(const std::string& id, Profile& profile) = 0;
+
+    virtual int askGateway(const std::string& profileId, Answer answer, std::unique_ptr<Question>& question) = 0;
+    virtual int askOnline(Answer answer, std::unique_ptr<Question>& question) = 0;
+
+    // At most one observer; null takes it away.
+    virtual void observe(Observer* observer) = 0;
+
+    // A failure that a scenario wants from the named boundary function, or 0. Asked once for each call.
+    virtual int injectedFault(std::string_view /*function*/) { return 0; }
+
+    // A script's "network …" command. Returns an empty text, or why it could not be carried out.
+    virtual std::string command(std::span<const std::string> /*words*/) {
+        return "this network cannot be changed by a script";
+    }
+};
+
+}  // namespace network
