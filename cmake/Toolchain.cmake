@@ -17,3 +17,13 @@ endif()
 
 # IMPORTED_TARGET headers are system headers: the toolkit's own macros stay out of -Wconversion.
 pkg_check_modules(EFL REQUIRED IMPORTED_TARGET elementary ecore ecore-evas ecore-input edje evas eina efreet)
+# The toolkit's .pc files name folders that its package does not ship.
+get_target_property(efl_folders PkgConfig::EFL INTERFACE_INCLUDE_DIRECTORIES)
+list(REMOVE_DUPLICATES efl_folders)
+set(efl_existing_folders)
+foreach(folder IN LISTS efl_folders)
+  if(IS_DIRECTORY ${folder})
+    list(APPEND efl_existing_folders ${folder})
+  endif()
+endforeach()
+set_target_properties(PkgConfig::EFL PROPERTIES INTERFACE_INCLUDE_DIRECTORIES "${efl_existing_folders}")
