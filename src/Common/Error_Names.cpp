@@ -1,0 +1,84 @@
+#include "Common/Error_Names.h"
+
+#include <cstdint>
+#include <span>
+
+#include "Common/Log.h"
+#include "connection_manager.h"
+#include "wifi_manager.h"
+
+namespace {
+
+struct ErrorName {
+    int code;
+    const char* name;
+};
+
+constexpr ErrorName kWifiErrors[] = {
+    {WIFI_ERROR_NONE, "NONE"},
+    {WIFI_ERROR_OUT_OF_MEMORY, "OUT_OF_MEMORY"},
+    {WIFI_ERROR_INVALID_PARAMETER, "INVALID_PARAMETER"},
+    {WIFI_ERROR_INVALID_OPERATION, "INVALID_OPERATION"},
+    {WIFI_ERROR_ADDRESS_FAMILY_NOT_SUPPORTED, "ADDRESS_FAMILY_NOT_SUPPORTED"},
+    {WIFI_ERROR_NOW_IN_PROGRESS, "NOW_IN_PROGRESS"},
+    {WIFI_ERROR_INVALID_GATEWAY, "INVALID_GATEWAY"},
+    {WIFI_ERROR_OFFLINE, "WIFI_OFFLINE"},
+    {WIFI_ERROR_WPS_WEP_PROHIBITED, "WPS_WEP_PROHIBITED"},
+    {WIFI_ERROR_WPS_TIMEOUT, "WPS_TIMEOUT"},
+    {WIFI_ERROR_WPS_OVERLAP, "WPS_OVERLAP"},
+    {WIFI_ERROR_OPERATION_FAILED, "OPERATION_FAILED"},
+    {WIFI_ERROR_NO_CONNECTION, "NO_CONNECTION"},
+    {WIFI_ERROR_ALREADY_EXISTS, "ALREADY_EXISTS"},
+    {WIFI_ERROR_OPERATION_ABORTED, "OPERATION_ABORTED"},
+    {WIFI_ERROR_DHCP_FAILED, "DHCP_FAILED"},
+    {WIFI_ERROR_INVALID_KEY, "INVALID_KEY"},
+    {WIFI_ERROR_NO_REPLY, "NO_REPLY"},
+    {WIFI_ERROR_SECURITY_RESTRICTED, "SECURITY_RESTRICTED"},
+};
+
+constexpr ErrorName kWiredErrors[] = {
+    {CONNECTION_ERROR_NONE, "NONE"},
+    {CONNECTION_ERROR_OUT_OF_MEMORY, "OUT_OF_MEMORY"},
+    {CONNECTION_ERROR_INVALID_PARAMETER, "INVALID_PARAMETER"},
+    {CONNECTION_ERROR_INVALID_OPERATION, "INVALID_OPERATION"},
+    {CONNECTION_ERROR_ADDRESS_FAMILY_NOT_SUPPORTED, "ADDRESS_FAMILY_NOT_SUPPORTED"},
+    {CONNECTION_ERROR_NOW_IN_PROGRESS, "NOW_IN_PROGRESS"},
+    {CONNECTION_ERROR_INVALID_GATEWAY, "INVALID_GATEWAY"},
+    {CONNECTION_ERROR_OFFLINE, "CONNECTION_OFFLINE"},
+    {CONNECTION_ERROR_TCP_SYN_TIMEOUT, "TCP_SYN_TIMEOUT"},
+    {CONNECTION_ERROR_RST_IN_TCP_RESPONSE, "RST_IN_TCP_RESPONSE"},
+    {CONNECTION_ERROR_NO_KEYWORD, "NO_KEYWORD"},
+    {CONNECTION_ERROR_OPERATION_FAILED, "OPERATION_FAILED"},
+    {CONNECTION_ERROR_ITERATOR_END, "ITERATOR_END"},
+    {CONNECTION_ERROR_NO_CONNECTION, "NO_CONNECTION"},
+    {CONNECTION_ERROR_ALREADY_EXISTS, "ALREADY_EXISTS"},
+    {CONNECTION_ERROR_OPERATION_ABORTED, "OPERATION_ABORTED"},
+    {CONNECTION_ERROR_DHCP_FAILED, "DHCP_FAILED"},
+    {CONNECTION_ERROR_INVALID_KEY, "INVALID_KEY"},
+    {CONNECTION_ERROR_NO_REPLY, "NO_REPLY"},
+};
+
+// The services document their own codes in hexadecimal.
+static_assert(WIFI_ERROR_OPERATION_FAILED == static_cast<std::int32_t>(0xFE3B0301U));
+static_assert(WIFI_ERROR_SECURITY_RESTRICTED == static_cast<std::int32_t>(0xFE3B0309U));
+static_assert(CONNECTION_ERROR_OPERATION_FAILED == static_cast<std::int32_t>(0xFE3F0401U));
+static_assert(CONNECTION_ERROR_NO_REPLY == static_cast<std::int32_t>(0xFE3F0408U));
+
+const char* nameOf(std::span<const ErrorName> table, int code, const char* unknown) {
+    for (const ErrorName& entry : table) {
+        if (entry.code == code) return entry.name;
+    }
+    return unknown;
+}
+
+}  // namespace
+
+const char* convertWifiErrorToString(int code) {
+    LOG_SCOPE();
+    return nameOf(kWifiErrors, code, "DEFAULT");
+}
+
+const char* convertWiredErrorToString(int code) {
+    LOG_SCOPE();
+    return nameOf(kWiredErrors, code, "UNKNOWN");
+}

@@ -1,0 +1,13 @@
+// Texts from outside (network names, addresses) on the screen: shown as they are, never read as markup.
+#pragma once
+
+#include <Evas.h>
+
+#include <string>
+#include <string_view>
+
+// The text as valid UTF-8 without control characters: each byte that cannot be shown becomes U+FFFD.
+std::string showableText(std::string_view text);
+
+// Shows a text from outside in a part of a layout. Null counts as empty.
+void setOutsideText(Evas_Object* layout, const char* part, const char* text);

@@ -1,0 +1,25 @@
+#include "Common/Run_State.h"
+
+constinit Ecore_Timer* Net_Set_Conn_timer[3] = {};
+constinit int Net_Set_Conn_Tv_Image_No = 1;
+constinit int loading = 0;
+constinit int thread_flag = 1;
+constinit connection_profile_handle profile_handle1 = nullptr;
+
+void clearTimer(int slot) {
+    Ecore_Timer*& timer = Net_Set_Conn_timer[slot];
+    if (timer) ecore_timer_del(timer);
+    timer = nullptr;
+}
+
+void clearStageTimers() {
+    clearTimer(kStageSlot);
+    clearTimer(kSpareSlot);
+}
+
+void resetRunState() {
+    Net_Set_Conn_Tv_Image_No = 1;
+    loading = 0;
+    thread_flag = 1;
+    profile_handle1 = nullptr;
+}

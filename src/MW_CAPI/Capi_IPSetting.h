@@ -1,0 +1,25 @@
+// Entry and exit of the IPv6 settings screen, for the status screen.
+#pragma once
+
+#include <Evas.h>
+
+#include "connection_manager.h"
+
+// What the settings screen is launched with. It calls exactly one of the two when it goes away by the user's choice.
+struct sIPSettingCallbacks {
+    void (*confirmed)(void* data);
+    void (*closed)(void* data);
+    connection_handle connection;
+    void* data;
+};
+
+/**
+ * Opens the settings screen.
+ * @param parent      the popup that it stands in
+ * @param networkType 1 wired, 2 wireless
+ * @return 1, or -1 when it cannot be opened
+ */
+int LaunchIPSettings(Evas_Object* parent, int networkType, const sIPSettingCallbacks& callbacks);
+
+// Closes the settings screen, if it is open, without applying anything.
+void DestroyIPSettings();

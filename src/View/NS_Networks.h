@@ -1,0 +1,17 @@
+// The kinds of network that the status screen can check, by the name that the settings store has for them.
+#pragma once
+
+struct sNetworkStatus;
+
+struct NetworkKind {
+    const char* storedName;
+    bool showsSignal;                         // has a signal picture
+    void (*open)(sNetworkStatus& status);     // starts its client and the first check
+    void (*check)(sNetworkStatus& status);    // starts another check
+    void (*release)(sNetworkStatus& status);  // lets its client go
+};
+
+// The kind of that name, or null.
+const NetworkKind* networkKindOf(const char* storedName);
+// The kind that the settings store names, or null.
+const NetworkKind* storedNetworkKind();

@@ -1,0 +1,44 @@
+// What the stages and verdicts of both kinds of network share: frames, pictures, timers, clean address values.
+#pragma once
+
+#include <Ecore.h>
+#include <Evas.h>
+
+#include <cstdint>
+
+struct sGlobalIPInfo;
+struct sNetworkStatus;
+
+inline constexpr const char* kCheckStartedPicture = "network_popup_connect_1.png";
+inline constexpr const char* kSuccessPicture = "network_popup_connect_6.png";
+inline constexpr const char* kNoInternetPicture = "network_connect_3.png";
+inline constexpr const char* kNoGatewayPicture = "network_popup_connect_0.png";
+inline constexpr const char* kNoCablePicture = "network_connect_0.png";
+inline constexpr const char* kErrorMarkPicture = "wizard_popup_connect_error.png";
+
+// An image object on the layout that shows its picture in the very frame in which it is loaded.
+Evas_Object* addImage(Evas_Object* layout);
+// Loads a file of the image folder. Says so in the log when it cannot.
+void showPicture(Evas_Object* image, const char* fileName, const char* key = nullptr);
+// As showPicture, with the full path.
+void showPictureFile(Evas_Object* image, const char* path, const char* key = nullptr);
+
+// Shows frame Net_Set_Conn_Tv_Image_No of the check; a frame counts as activity.
+void showFrame(sNetworkStatus& status);
+// Moves to the next frame of the internet stage (3, 4, 5, 6 and over again).
+void advanceInternetFrame(sNetworkStatus& status);
+
+// Replaces the running stage's timer by a 0.5-second tick.
+void armStage(Ecore_Task_Cb tick, sNetworkStatus& status);
+// Ends the run: no hidden image, no timers; the next run begins at that frame.
+void endRun(sNetworkStatus& status, int nextFrame);
+
+// Whether the device's MAC shows that there is no working adapter.
+bool isUnusableMac(const sGlobalIPInfo& info);
+// MAC and addresses to their defaults when the MAC could not be read at all.
+void fillMissingMac(sGlobalIPInfo& info);
+// One text for "no address" and "no prefix length", whatever the platform said.
+void normaliseAddresses(sGlobalIPInfo& info);
+
+// The result row of a success: the Cancel button makes way for it.
+void showResultRow(sNetworkStatus& status);

@@ -1,0 +1,291 @@
+#include "View/NS_Wired.h"
+
+#include <Elementary.h>
+
+#include <array>
+
+#include "Common/Common_Function.h"
+#include "Common/Common_Widget_Function.h"
+#include "Common/Log.h"
+#include "Common/Resources.h"
+#include "Common/Run_State.h"
+#include "Common/Status_Store.h"
+#include "MW_CAPI/MW_CAPI_Wired.h"
+#include "View/NS_Buttons.h"
+#include "View/NS_Info_Panel.h"
+#include "View/NS_Parts.h"
+#include "View/NS_Run_Control.h"
+#include "View/NS_Stage.h"
+
+namespace {
+
+constexpr int kCheckingFrame = 3;
+constexpr int kFrameAfterStageOne = 2;
+constexpr int kLinkUp = 3;
+constexpr int kCableOut = 0;
+constexpr const char* kSuccessMessage = "TV_SID_WIRED_NW_INTERNET_SETUP_USE";
+constexpr const char* kSuccessAdvice = "TV_SID_CONNECTED_INTEERNET_CONTACT_SERVICE_PROVIDER_MSG";
+constexpr const char* kFailureMessage = "TV_SID_WIRED_NETWORK_CONNECTION_FAILED";
+
+constinit unsigned char bcheck_gateway = 1;     // 1 until this run has asked for the gateway
+constinit unsigned char bCheck_ip_address = 0;  // 1 once this run's address is valid
+constinit int cable_check = -1;                 // 0 down; anything else counts as up
+
+void showMessage(const sNetworkStatus& status, const char* textId) {
+    elm_object_part_text_set(status.layout, part::kMessage, localised(textId));
+}
+
+void showAdvice(const sNetworkStatus& status, const char* textId) {
+    elm_object_part_text_set(status.layout, part::kAdvice, localised(textId));
+}
+
+// The verdict of a failed run: the first row that holds decides.
+
+bool hasUnusableMac(const sNetworkStatus&, const sGlobalIPInfo& info) {
+    return isUnusableMac(info);
+}
+bool isCableOut(const sNetworkStatus&, const sGlobalIPInfo&) {
+    return cable_check == kCableOut;
+}
+bool hasNoAddress(const sNetworkStatus&, const sGlobalIPInfo& info) {
+    return string_cmp(info.global_IP_ADDRESS, kNoAddress) == 0;
+}
+bool isGatewayReached(const sNetworkStatus& status, const sGlobalIPInfo&) {
+    return status.connStatus->gatewayReachable == 1;
+}
+bool always(const sNetworkStatus&, const sGlobalIPInfo&) {
+    return true;
+}
+
+void showEmptyPanelWithoutSettings(sNetworkStatus& status) {
+    setDefaultValGlobalIPInfo();
+    _ShowIPInfoText(1);
+    deleteObject(status.ipSettingsBtn);
+}
+
+void placeButtons(sNetworkStatus& status) {
+    elm_object_part_content_set(status.layout, part::kSettingsButton, status.ipSettingsBtn);
+    elm_object_part_content_set(status.layout, part::kRetryButton, status.retryBtn);
+    elm_object_part_content_set(status.layout, part::kCloseButton, status.stopBtn);
+}
+
+void placePictureAndMessage(sNetworkStatus& status) {
+    elm_object_part_content_set(status.layout, part::kStatusUnset, status.statusImage);
+    showMessage(status, kFailureMessage);
+}
+
+// The toolkit also sets the way back, so DOWN needs its neighbour again.
+void keepSettingsUp(const sNetworkStatus& status) {
+    if (!status.ipSettingsBtn) return;
+    elm_object_focus_next_object_set(status.ipSettingsBtn, status.ipSettingsBtn, ELM_FOCUS_UP);
+    if (status.retryBtn) elm_object_focus_next_object_set(status.ipSettingsBtn, status.retryBtn, ELM_FOCUS_DOWN);
+}
+
+struct FailureVerdict {
+    bool (*holds)(const sNetworkStatus& status, const sGlobalIPInfo& info);
+    const char* advice;
+    void (*dress)(sNetworkStatus& status);         // before the row of buttons is linked; may be null
+    void (*relink)(const sNetworkStatus& status);  // after it; may be null
+};
+
+constexpr FailureVerdict kFailureVerdicts[] = {
+    {hasUnusableMac, "COM_INVALID_MAC_ADDRESS_CONTACT_CUSTOMER_SERVICE", showEmptyPanelWithoutSettings, nullptr},
+    {isCableOut, "SID_VERIFY_LAN_CABLE_CONNECTED_MSG", placeButtons, keepSettingsUp},
+    {hasNoAddress, kFailureMessage, nullptr, nullptr},
+    {isGatewayReached, "SID_LOCAL_COMPLETED_NOT_CONNECT_INTERNET_MSG", placePictureAndMessage, nullptr},
+    {always, kFailureMessage, nullptr, nullptr},
+};
+
+const FailureVerdict& chooseVerdict(const sNetworkStatus& status, const sGlobalIPInfo& info) {
+    const FailureVerdict* verdict = kFailureVerdicts;
+    while (!verdict->holds(status, info))
+        ++verdict;
+    return *verdict;
+}
+
+void setInternetStatusOnline(sNetworkStatus& status) {
+    LOG_SCOPE();
+    showPicture(status.statusImage, kSuccessPicture);
+    elm_object_part_content_set(status.layout, part::kStatus, status.statusImage);
+    showMessage(status, kSuccessMessage);
+    reset_text(&status);
+    showAdvice(status, kSuccessAdvice);
+    showResultRow(status);
+}
+
+void showFailurePictures(sNetworkStatus& status) {
+    std::array<char, kImagePathWidth> path{};
+    Set_Connection_Image(&status, path);
+    showPictureFile(status.statusImage, path.data(), "connecting_image_4");
+    elm_object_part_content_set(status.layout, part::kStatusUnset, status.statusImage);
+    showPicture(status.failImage, kErrorMarkPicture);
+    if (cable_check != kCableOut && status.connStatus->gatewayReachable == 0) {
+        elm_object_part_content_set(status.layout, part::kStatusFail, status.failImage);
+    }
+    elm_object_part_content_set(status.layout, part::kSignalStrengthUnset, status.signalImage);
+    elm_object_part_text_set(status.layout, part::kSsid, "");
+}
+
+void showFailure(sNetworkStatus& status) {
+    sGlobalIPInfo* info = createGlobalIPInfo();
+    if (!info) {
+        LOG_DEBUG("sGlobalIPInfo Object is NULL\n");
+        return;
+    }
+    fillMissingMac(*info);
+    normaliseAddresses(*info);
+    showFailurePictures(status);
+    showMessage(status, kFailureMessage);
+    _ShowIPInfoText(1);
+    deleteObject(status.stopBtn);
+    createNSCommonBtn(&status);
+    reset_text(&status);
+    const FailureVerdict& verdict = chooseVerdict(status, *info);
+    if (verdict.dress) verdict.dress(status);
+    showAdvice(status, verdict.advice);
+    focusResultRow(status);
+    if (verdict.relink) verdict.relink(status);
+}
+
+void after_loading_animation_expired(sNetworkStatus& status) {
+    LOG_SCOPE();
+    status.failImage = addImage(status.layout);
+    reset_text(&status);
+    stopLoadingAnimation();
+    if (status.connStatus->gatewayReachable == 1 && status.connStatus->internetOnline == 1) {
+        setInternetStatusOnline(status);
+    } else {
+        showFailure(status);
+    }
+}
+
+Eina_Bool connectivity_to_internet_wired(void* data) {
+    LOG_SCOPE();
+    auto& status = *static_cast<sNetworkStatus*>(data);
+    showFrame(status);
+    advanceInternetFrame(status);
+    if (cable_check == kCableOut) status.connStatus->internetCheckDone = 1;
+    if (status.connStatus->internetCheckDone == 1) {
+        endRun(status, 1);
+        after_loading_animation_expired(status);
+    }
+    return ECORE_CALLBACK_RENEW;
+}
+
+void readAddresses() {
+    refreshEthernetProfile();
+    get_wired_ip_info(profile_handle1);
+}
+
+// Reads the address and judges it. False when there is no record to read it into.
+bool checkAddress(sNetworkStatus& status) {
+    sGlobalIPInfo* info = createGlobalIPInfo();
+    if (!info) {
+        LOG_DEBUG("Wired Connnection - sGlobalIPInfo Object is NULL\n\n");
+        return false;
+    }
+    readAddresses();
+    if (ipv6Address_validation(info->global_IP_ADDRESS)) {
+        bCheck_ip_address = 1;
+        return true;
+    }
+    status.connStatus->gatewayReachable = 0;
+    thread_flag = 0;
+    LOG_DEBUG("Wired Connnection Failed - INVALID IP [%s]!!\n\n", info->global_IP_ADDRESS);
+    return true;
+}
+
+void askGatewayOnce() {
+    const bool usable = Get_Ethernet_State();
+    LOG_DEBUG("Ethernet_State  = %d bcheck_gateway [%d]bCheck_ip_address[%d]\n\n", usable, bcheck_gateway,
+              bCheck_ip_address);
+    if (!usable || bcheck_gateway != 1 || bCheck_ip_address != 1) return;
+    check_gateway_wired(usable);
+    bcheck_gateway = 0;
+}
+
+// One pass of the checking frame; the first one of a run only animates. False when the run cannot go on.
+bool passCheckingFrame(sNetworkStatus& status) {
+    Net_Set_Conn_Tv_Image_No = 0;
+    LOG_DEBUG("Wired Connnection -loading[%d]\n\n", loading);
+    if (loading == 0) {
+        loading = 1;
+        return true;
+    }
+    if (bCheck_ip_address == 0 && !checkAddress(status)) return false;
+    askGatewayOnce();
+    return true;
+}
+
+void startInternetStage(sNetworkStatus& status) {
+    status.connStatus->animationStep = 0;
+    status.connStatus->internetOnline = 0;
+    status.connStatus->internetCheckDone = 0;
+    clearTimer(kStageSlot);
+    internet_status_of_wired();
+    Net_Set_Conn_Tv_Image_No = kCheckingFrame;
+    armStage(connectivity_to_internet_wired, status);
+    thread_flag = 1;
+}
+
+void endStageOne(sNetworkStatus& status) {
+    readAddresses();
+    if (status.connStatus->gatewayReachable == 1) {
+        startInternetStage(status);
+        return;
+    }
+    endRun(status, kFrameAfterStageOne);
+    after_loading_animation_expired(status);
+}
+
+Eina_Bool load_connecting_animation_wired(void* data) {
+    LOG_SCOPE();
+    auto& status = *static_cast<sNetworkStatus*>(data);
+    showFrame(status);
+    if (Net_Set_Conn_Tv_Image_No == kCheckingFrame) {
+        if (!passCheckingFrame(status)) {
+            Net_Set_Conn_timer[kStageSlot] = nullptr;
+            return ECORE_CALLBACK_CANCEL;
+        }
+    } else {
+        ++Net_Set_Conn_Tv_Image_No;
+    }
+    if (cable_check == kCableOut) thread_flag = 0;
+    if (thread_flag == 0) endStageOne(status);
+    return ECORE_CALLBACK_RENEW;
+}
+
+}  // namespace
+
+int wired_animation(sNetworkStatus* status) {
+    LOG_SCOPE();
+    thread_flag = 1;
+    status->connStatus->networkKind = kNetworkWired;
+    deleteObject(status->animationImage);
+    status->animationImage = elm_image_add(status->win);
+    set_vconf_default_keys();
+    clearTimer(kStageSlot);
+    refreshEthernetProfile();
+    bcheck_gateway = 1;
+    bCheck_ip_address = 0;
+    loading = 0;
+    armStage(load_connecting_animation_wired, *status);
+    return 0;
+}
+
+void Set_Connection_Image(const sNetworkStatus* status, std::span<char> path) {
+    LOG_SCOPE();
+    if (!status) {
+        LOG_DEBUG("sNetworkStatus object is NULL - Exiting\n\n");
+        return;
+    }
+    const char* reached = status->connStatus->gatewayReachable == 1 ? kNoInternetPicture : kNoGatewayPicture;
+    imagePath(path, cable_check == kCableOut ? kNoCablePicture : reached);
+}
+
+bool check_wired(int linkState) {
+    LOG_SCOPE();
+    cable_check = linkState == kLinkUp ? 1 : kCableOut;
+    LOG_DEBUG("cable_check = %d\n \n", cable_check);
+    return linkState == kLinkUp;
+}
