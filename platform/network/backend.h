@@ -30,7 +30,8 @@ struct Profile {
 // The answer to an asynchronous question: CONNECTION_ERROR_NONE or the error that came of it.
 using Answer = std::function<void(int result)>;
 
-// A question under way. Destroying it withdraws the question: its Answer is not called any more.
+// A question under way. Destroying it withdraws the question: its Answer is not called any more. Its owner may destroy
+// it from inside its own Answer, and may even release the whole backend there.
 class Question {
   public:
     virtual ~Question() = default;

@@ -21,10 +21,12 @@ struct Options {
     std::string onlineUrl;  // asked over IPv6 when NetworkManager's own connectivity check is switched off
 };
 
-// `choice` is "auto", "networkmanager" or "simulated=FILE".
+// Opens the network that `choice` names: "networkmanager", "simulated=FILE", or "auto", which takes NetworkManager when
+// it answers on the system bus and otherwise the shipped simulated network of a successful connection. The main loop
+// must be initialised. A network that was selected before is released once the new one is open, and kept when not.
 PLATFORM_API Selection select(const std::string& choice, const Options& options);
 
-// Takes the network away: every manager call fails from then on, and no callback comes any more.
+// Takes the network away: every manager call fails from then on, and no callback comes any more. All handles end here.
 PLATFORM_API void release();
 
 // The selected network, or null.

@@ -1,0 +1,179 @@
+// Connection manager: profiles, their iterators and their live values.
+#include <string>
+#include <utility>
+
+#include "connection_service.h"
+
+namespace {
+
+using network::backend;
+using network::connectionService;
+using network::handleCall;
+using network::Ipv6Values;
+using network::Profile;
+using network::ProfileHandle;
+using network::ProfileIterator;
+
+constexpr int kNone = CONNECTION_ERROR_NONE;
+
+constexpr int familyError(int family) {
+    if (family == CONNECTION_ADDRESS_FAMILY_IPV6) return kNone;
+    return family == CONNECTION_ADDRESS_FAMILY_IPV4 ? CONNECTION_ERROR_ADDRESS_FAMILY_NOT_SUPPORTED
+                                                    : CONNECTION_ERROR_INVALID_PARAMETER;
+}
+
+// A value that the network has not given is NO_CONNECTION, as a profile that is gone is.
+int giveText(const std::string& text, char** out) {
+    if (text.empty()) return CONNECTION_ERROR_NO_CONNECTION;
+    return network::copyText(text, out);
+}
+
+bool clientLives(const ProfileHandle& profile) {
+    return connectionService().clients.find(profile.client) != nullptr;
+}
+
+// A call on a profile whose client lives. A clone outlasts its client, but can only be destroyed then.
+template <typename Body>
+int profileCall(std::string_view function, connection_profile_handle handle, bool argumentsGiven, Body body) {
+    return handleCall(function, connectionService().profiles, handle, argumentsGiven, [&](ProfileHandle& profile) {
+        return clientLives(profile) ? body(profile) : CONNECTION_ERROR_INVALID_OPERATION;
+    });
+}
+
+template <typename Read>
+int readProfile(std::string_view function, connection_profile_handle handle, const void* out, Read read) {
+    return profileCall(function, handle, out != nullptr, [&](const ProfileHandle& identity) -> int {
+        Profile profile;
+        const int error = backend()->profile(identity.id, profile);
+        return error == kNone ? read(profile) : error;
+    });
+}
+
+template <typename Read>
+int readIpv6(std::string_view function, connection_profile_handle handle, int family, const void* out, Read read) {
+    return profileCall(function, handle, out != nullptr, [&](const ProfileHandle& identity) -> int {
+        if (const int error = familyError(family); error != kNone) return error;
+        Profile profile;
+        const int error = backend()->profile(identity.id, profile);
+        return error == kNone ? read(profile.ipv6) : error;
+    });
+}
+
+// The service's own handle of a profile: the same one each time it is asked for.
+connection_profile_handle handleOf(connection_handle client, const std::string& id) {
+    auto& service = connectionService();
+    connection_profile_handle& handle = service.clients.find(client)->profiles[id];
+    if (handle == nullptr) handle = service.profiles.add({client, id, false});
+    return handle;
+}
+
+}  // namespace
+
+int connection_get_profile_iterator(connection_handle connection, int iterator_type, connection_profile_iterator* it) {
+    return handleCall(__func__, connectionService().clients, connection, it != nullptr, [&](const auto&) -> int {
+        if (iterator_type != CONNECTION_ITERATOR_REGISTERED && iterator_type != CONNECTION_ITERATOR_CONNECTED) {
+            return CONNECTION_ERROR_INVALID_PARAMETER;
+        }
+        ProfileIterator iterator{connection, {}, 0};
+        const int error = backend()->profiles(iterator_type, iterator.ids);
+        if (error != kNone) return error;
+        *it = connectionService().iterators.add(std::move(iterator));
+        return kNone;
+    });
+}
+
+bool connection_profile_iterator_has_next(connection_profile_iterator it) {
+    return handleCall(__func__, connectionService().iterators, it, true, [](const ProfileIterator& iterator) -> int {
+               return iterator.next < iterator.ids.size() ? kNone : CONNECTION_ERROR_ITERATOR_END;
+           }) == kNone;
+}
+
+int connection_profile_iterator_next(connection_profile_iterator it, connection_profile_handle* profile) {
+    return handleCall(__func__, connectionService().iterators, it, profile != nullptr,
+                      [&](ProfileIterator& iterator) -> int {
+                          if (iterator.next == iterator.ids.size()) return CONNECTION_ERROR_ITERATOR_END;
+                          *profile = handleOf(iterator.client, iterator.ids[iterator.next++]);
+                          return kNone;
+                      });
+}
+
+int connection_destroy_profile_iterator(connection_profile_iterator it) {
+    return handleCall(__func__, connectionService().iterators, it, true, [&](const auto&) -> int {
+        connectionService().iterators.remove(it);
+        return kNone;
+    });
+}
+
+int connection_profile_clone(connection_profile_handle* copy, connection_profile_handle source) {
+    return profileCall(__func__, source, copy != nullptr, [&](const ProfileHandle& profile) -> int {
+        ProfileHandle clone = profile;
+        clone.isClone = true;
+        *copy = connectionService().profiles.add(std::move(clone));
+        return kNone;
+    });
+}
+
+int connection_profile_destroy(connection_profile_handle profile) {
+    return handleCall(__func__, connectionService().profiles, profile, true, [&](const ProfileHandle& object) -> int {
+        if (!object.isClone) return CONNECTION_ERROR_INVALID_OPERATION;
+        network::dropChecks(profile);
+        connectionService().profiles.remove(profile);
+        return kNone;
+    });
+}
+
+int connection_profile_get_type(connection_profile_handle profile, int* type) {
+    return readProfile(__func__, profile, type, [&](const Profile& values) {
+        *type = values.type;
+        return kNone;
+    });
+}
+
+int connection_profile_get_state(connection_profile_handle profile, int* state) {
+    return readProfile(__func__, profile, state, [&](const Profile& values) {
+        *state = values.state;
+        return kNone;
+    });
+}
+
+int connection_profile_get_ip_address(connection_profile_handle profile, int family, char** address) {
+    return readIpv6(__func__, profile, family, address,
+                    [&](const Ipv6Values& values) { return giveText(values.address, address); });
+}
+
+int connection_profile_get_prefix_length(connection_profile_handle profile, int family, uint8_t* length) {
+    return readIpv6(__func__, profile, family, length, [&](const Ipv6Values& values) -> int {
+        if (!values.prefixLength) return CONNECTION_ERROR_NO_CONNECTION;
+        *length = *values.prefixLength;
+        return kNone;
+    });
+}
+
+int connection_profile_get_gateway_address(connection_profile_handle profile, int family, char** address) {
+    return readIpv6(__func__, profile, family, address,
+                    [&](const Ipv6Values& values) { return giveText(values.gateway, address); });
+}
+
+int connection_profile_get_dns_address(connection_profile_handle profile, int order, int family, char** address) {
+    return readIpv6(__func__, profile, family, address, [&](const Ipv6Values& values) -> int {
+        if (order < 1) return CONNECTION_ERROR_INVALID_PARAMETER;
+        const auto index = static_cast<std::size_t>(order) - 1;
+        return index < values.dns.size() ? giveText(values.dns[index], address) : CONNECTION_ERROR_NO_CONNECTION;
+    });
+}
+
+int connection_profile_get_dns_config_type(connection_profile_handle profile, int family, int* type) {
+    return readIpv6(__func__, profile, family, type, [&](const Ipv6Values& values) {
+        *type = values.dnsIsStatic ? CONNECTION_DNS_CONFIG_STATIC : CONNECTION_DNS_CONFIG_DYNAMIC;
+        return kNone;
+    });
+}
+
+int connection_profile_check_gateway6_async(connection_profile_handle profile, connection_result_cb cb,
+                                            void* user_data) {
+    return profileCall(__func__, profile, cb != nullptr, [&](const ProfileHandle& identity) -> int {
+        return network::startCheck(profile, cb, user_data, [&](network::Answer answer, auto& question) {
+            return backend()->askGateway(identity.id, std::move(answer), question);
+        });
+    });
+}

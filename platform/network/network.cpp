@@ -1,0 +1,80 @@
+// The one selected network of the process.
+#include "network.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "backend.h"
+#include "connection_service.h"
+#include "gadget_paths.h"
+#include "simulated/simulated.h"
+#ifdef GADGET_HAS_NETWORKMANAGER
+#include "networkmanager/networkmanager.h"
+#endif
+
+namespace network {
+namespace {
+
+constexpr std::string_view kSimulatedChoice = "simulated=";
+constexpr const char* kSuccessScenario = GADGET_HOST_FOLDER "/networks/success.json";
+
+// Never destroyed by the process's end, when the toolkit under its timers is gone; release() does it.
+constinit Backend* selected = nullptr;
+
+Selection take(std::unique_ptr<Backend> opened, const std::string& name, const std::string& error) {
+    if (opened == nullptr) return {false, error};
+    release();
+    selected = opened.release();
+    return {true, name};
+}
+
+Selection selectSimulated(const std::string& file, const std::string& prefix) {
+    std::string text;
+    auto opened = openSimulated(file, text);
+    return take(std::move(opened), prefix + "simulated network " + text, text);
+}
+
+#ifdef GADGET_HAS_NETWORKMANAGER
+Selection selectNetworkManager(const Options& options) {
+    std::string error;
+    auto opened = openNetworkManager(options, error);
+    return take(std::move(opened), "this machine's network through NetworkManager", error);
+}
+#else
+Selection selectNetworkManager(const Options& /*options*/) {
+    return {false, "built without NetworkManager"};
+}
+bool networkManagerAnswers() {
+    return false;
+}
+#endif
+
+}  // namespace
+
+Selection select(const std::string& choice, const Options& options) {
+    if (choice == "networkmanager") return selectNetworkManager(options);
+    if (choice == "auto") {
+        return networkManagerAnswers() ? selectNetworkManager(options)
+                                       : selectSimulated(kSuccessScenario, "NetworkManager does not answer; ");
+    }
+    if (choice.starts_with(kSimulatedChoice) && choice.size() > kSimulatedChoice.size()) {
+        return selectSimulated(choice.substr(kSimulatedChoice.size()), "");
+    }
+    return {false, "unknown network \"" + choice + "\": use auto, networkmanager or simulated=FILE"};
+}
+
+void release() {
+    releaseConnections();
+    delete std::exchange(selected, nullptr);
+}
+
+Backend* backend() {
+    return selected;
+}
+
+std::string command(std::span<const std::string> words) {
+    return selected == nullptr ? "no network is selected" : selected->command(words);
+}
+
+}  // namespace network

@@ -1,0 +1,75 @@
+// The state of a simulated network: read from a scenario file, changed by script commands and timed events.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "../backend.h"
+#include "connection_manager.h"
+
+namespace network::simulated {
+
+struct EthernetInterface {
+    std::optional<std::string> mac;  // none: it cannot be read
+    bool linkUp = true;
+    std::optional<int> state;  // CONNECTION_ETHERNET_* where it differs from what the link says
+};
+
+struct ProfileRecord {
+    std::string id;
+    bool registered = true;
+    Profile whenLinked;  // its state and values while the cable is in
+    std::string ipv4;    // for the address notification only
+};
+
+// How an asynchronous question is answered.
+struct Reply {
+    double delay = 0;  // seconds
+    bool silent = false;
+    int result = CONNECTION_ERROR_NONE;
+};
+
+struct Fault {
+    std::string call;
+    int result = CONNECTION_ERROR_OPERATION_FAILED;
+    std::optional<int> times;  // none: always
+};
+
+struct Event {
+    double at = 0;  // seconds after the selection
+    std::vector<std::string> words;
+};
+
+struct State {
+    std::string description;
+    bool unchecked = false;  // texts may be anything, and a prefix length whatever 8 bits hold
+    std::optional<EthernetInterface> ethernet;
+    std::vector<ProfileRecord> profiles;
+    Reply gateway;
+    Reply internet;
+    std::vector<Fault> faults;
+    std::vector<Event> events;
+};
+
+// Reads a scenario file. With no result, `error` is one line: file, place and reason.
+std::optional<State> loadScenario(const std::string& file, std::string& error);
+
+// The words of a command, parted by blanks.
+std::vector<std::string> splitWords(const std::string& text);
+
+// Carries out a script command on the state. Empty, or why not.
+std::string applyCommand(State& state, std::span<const std::string> words);
+
+// What the network looks like from outside, with the cable taken into account.
+bool linkIsUp(const State& state);
+int connectionType(const State& state);  // CONNECTION_TYPE_*
+int ethernetState(const State& state);   // CONNECTION_ETHERNET_*
+Profile seenProfile(const State& state, const ProfileRecord& record);
+bool isConnected(const State& state, const ProfileRecord& record);
+const ProfileRecord* findProfile(const State& state, std::string_view id);
+const ProfileRecord* connectedProfile(const State& state);  // the first one, or null
+
+}  // namespace network::simulated

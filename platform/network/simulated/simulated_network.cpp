@@ -1,0 +1,135 @@
+#include "simulated_network.h"
+
+#include <Eina.h>
+
+#include <algorithm>
+
+#include "simulated.h"
+
+namespace network {
+namespace simulated {
+namespace {
+
+struct TimedQuestion final : Question {
+    Timer timer;
+};
+
+struct Addresses {
+    std::string ipv4, ipv6;
+    bool operator==(const Addresses&) const = default;
+};
+
+Addresses addressesOf(const State& state) {
+    const ProfileRecord* record = connectedProfile(state);
+    return record == nullptr ? Addresses{} : Addresses{record->ipv4, seenProfile(state, *record).ipv6.address};
+}
+
+}  // namespace
+
+SimulatedNetwork::SimulatedNetwork(State state) : state_(std::move(state)) {
+    for (const Event& event : state_.events) {
+        eventTimers_.emplace_back().start(event.at, [this, words = event.words] {
+            if (const std::string fault = command(words); !fault.empty()) EINA_LOG_ERR("event: %s", fault.c_str());
+        });
+    }
+}
+
+int SimulatedNetwork::ethernetState(int& state) {
+    state = simulated::ethernetState(state_);
+    return CONNECTION_ERROR_NONE;
+}
+
+int SimulatedNetwork::macAddress(int connectionType, std::string& mac) {
+    if (connectionType != CONNECTION_TYPE_ETHERNET || !state_.ethernet) return CONNECTION_ERROR_NO_CONNECTION;
+    if (!state_.ethernet->mac) return CONNECTION_ERROR_OPERATION_FAILED;
+    mac = *state_.ethernet->mac;
+    return CONNECTION_ERROR_NONE;
+}
+
+int SimulatedNetwork::profiles(int which, std::vector<std::string>& ids) {
+    ids.clear();
+    for (const ProfileRecord& record : state_.profiles) {
+        const bool listed = which == CONNECTION_ITERATOR_CONNECTED ? isConnected(state_, record) : record.registered;
+        if (listed) ids.push_back(record.id);
+    }
+    return CONNECTION_ERROR_NONE;
+}
+
+int SimulatedNetwork::profile(const std::string& id, Profile& profile) {
+    const ProfileRecord* record = findProfile(state_, id);
+    if (record == nullptr) return CONNECTION_ERROR_NO_CONNECTION;
+    profile = seenProfile(state_, *record);
+    return CONNECTION_ERROR_NONE;
+}
+
+// What is answered is decided when the time has come: the cable may have been pulled meanwhile.
+int SimulatedNetwork::ask(Reply State::*reply, int whenDisconnected, Answer answer,
+                          std::unique_ptr<Question>& question) {
+    auto asked = std::make_unique<TimedQuestion>();
+    const Reply& now = state_.*reply;
+    const bool started = now.silent || asked->timer.start(now.delay, [this, reply, whenDisconnected, answer] {
+        const Reply then = state_.*reply;
+        if (then.silent) return;
+        answer(connectedProfile(state_) == nullptr ? whenDisconnected : then.result);
+    });
+    if (!started) return CONNECTION_ERROR_OPERATION_FAILED;
+    question = std::move(asked);
+    return CONNECTION_ERROR_NONE;
+}
+
+int SimulatedNetwork::askGateway(const std::string& profileId, Answer answer, std::unique_ptr<Question>& question) {
+    const ProfileRecord* record = findProfile(state_, profileId);
+    if (record == nullptr || !isConnected(state_, *record)) return CONNECTION_ERROR_NO_CONNECTION;
+    if (record->whenLinked.ipv6.gateway.empty()) return CONNECTION_ERROR_INVALID_GATEWAY;
+    return ask(&State::gateway, CONNECTION_ERROR_NO_CONNECTION, std::move(answer), question);
+}
+
+int SimulatedNetwork::askOnline(Answer answer, std::unique_ptr<Question>& question) {
+    return ask(&State::internet, CONNECTION_ERROR_OFFLINE, std::move(answer), question);
+}
+
+int SimulatedNetwork::injectedFault(std::string_view function) {
+    const auto fault = std::find_if(state_.faults.begin(), state_.faults.end(),
+                                    [&](const Fault& known) { return known.call == function; });
+    if (fault == state_.faults.end()) return 0;
+    const int result = fault->result;
+    if (fault->times && --*fault->times == 0) state_.faults.erase(fault);
+    return result;
+}
+
+std::string SimulatedNetwork::command(std::span<const std::string> words) {
+    const int typeBefore = connectionType(state_);
+    const Addresses addressesBefore = addressesOf(state_);
+    if (std::string fault = applyCommand(state_, words); !fault.empty()) return fault;
+    if (const int type = connectionType(state_); type != typeBefore) {
+        queueNotice([type](Observer& observer) { observer.connectionTypeChanged(type); });
+    }
+    if (const Addresses now = addressesOf(state_); now != addressesBefore) {
+        queueNotice([now](Observer& observer) { observer.addressChanged(now.ipv4, now.ipv6); });
+    }
+    return "";
+}
+
+void SimulatedNetwork::queueNotice(Notice notice) {
+    notices_.push_back(std::move(notice));
+    if (!noticeTimer_.isRunning()) noticeTimer_.start(0, [this] { deliverNotice(); });
+}
+
+// One notice for each iteration, and nothing after it: its receiver may release this network.
+void SimulatedNetwork::deliverNotice() {
+    const Notice notice = std::move(notices_.front());
+    notices_.pop_front();
+    if (!notices_.empty()) noticeTimer_.start(0, [this] { deliverNotice(); });
+    if (observer_ != nullptr) notice(*observer_);
+}
+
+}  // namespace simulated
+
+std::unique_ptr<Backend> openSimulated(const std::string& file, std::string& text) {
+    auto state = simulated::loadScenario(file, text);
+    if (!state) return nullptr;
+    text = state->description.empty() ? file : file + " (" + state->description + ")";
+    return std::make_unique<simulated::SimulatedNetwork>(std::move(*state));
+}
+
+}  // namespace network
