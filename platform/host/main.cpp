@@ -1,0 +1,140 @@
+// gadget-host: opens a window, chooses the network, and runs the gadget until it closes.
+#include <Ecore_Getopt.h>
+#include <Efreet.h>
+#include <Elementary.h>
+
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#if __has_include("host/appearance.h")
+#include "host/appearance.h"
+#define HOST_HAS_APPEARANCE 1
+#else
+#define HOST_HAS_APPEARANCE 0
+#endif
+#include "host/exit_codes.h"
+#include "host/gadget_runtime.h"
+#include "host/language.h"
+#include "host/options.h"
+#include "host/remote_keys.h"
+#include "host/window.h"
+#include "log/log.h"
+#include "network/network.h"
+#include "settings_store.h"
+#include "store/store.h"
+
+namespace {
+
+[[maybe_unused]] constexpr const char* kHighContrastKey = "db/menu/system/accessibility/highcontrast";
+
+int complain(int exitCode, const std::string& message) {
+    std::cerr << "gadget-host: " << message << '\n';
+    return exitCode;
+}
+
+int exitCodeOf(host::OpenFailure failure) {
+    switch (failure) {
+        case host::OpenFailure::kNone:
+            return host::kExitClosed;
+        case host::OpenFailure::kModuleMissing:
+            return host::kExitModuleMissing;
+        case host::OpenFailure::kModuleNotLoadable:
+            return host::kExitModuleNotLoadable;
+        case host::OpenFailure::kEntryMissing:
+            return host::kExitEntryMissing;
+        case host::OpenFailure::kInitRefused:
+            return host::kExitInitRefused;
+        case host::OpenFailure::kNoView:
+            return host::kExitNoView;
+    }
+    return host::kExitInternal;
+}
+
+bool isSet(const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+// Asked first: the toolkit answers a missing display with hundreds of lines.
+bool hasDisplay() {
+    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("ELM_DISPLAY") || isSet("ELM_ENGINE");
+}
+
+// Everything the services need before a gadget may call them. 0, or the exit code.
+int startServices(const host::HostOptions& options) {
+    std::string message;
+    if (!options.logLevel.empty() && !logging::setLevel(options.logLevel, message)) {
+        return complain(host::kExitUsage, message);
+    }
+    if (!options.store.empty() && !store::open(options.store, message)) return complain(host::kExitStore, message);
+    const network::Selection selection = network::select(options.network, {options.onlineUrl});
+    if (!selection.selected) return complain(host::kExitNetwork, selection.text);
+    std::cout << "network: " << selection.text << std::endl;
+    return 0;
+}
+
+Evas_Object* openScreen(const host::HostOptions& options) {
+#if HOST_HAS_APPEARANCE
+    host::applyTheme();
+    int highContrast = 0;
+    vconf_get_int(kHighContrastKey, &highContrast);
+    host::applyContrast(highContrast != 0);
+#endif
+    Evas_Object* const window = host::openWindow(options.size, options.fullscreen);
+    if (window == nullptr) return nullptr;
+#if HOST_HAS_APPEARANCE
+    host::addBackdrop(window);
+#endif
+    host::mapKeyboard();
+    host::setWindow(window);
+    return window;
+}
+
+Eina_Bool endOnSignal(void* /*data*/, int /*type*/, void* /*event*/) {
+    elm_exit();
+    return ECORE_CALLBACK_PASS_ON;
+}
+
+int runGadget(const host::HostOptions& options, Evas_Object* window) {
+    const auto onClosed = [] { elm_exit(); };
+    const host::OpenResult opened = host::openGadget(options.module, onClosed);
+    if (opened.failure != host::OpenFailure::kNone) return complain(exitCodeOf(opened.failure), opened.message);
+    host::followWindow(window);
+    ecore_event_handler_add(ECORE_EVENT_SIGNAL_EXIT, endOnSignal, nullptr);
+    elm_run();
+    host::closeGadgetNow();
+    return host::kExitClosed;
+}
+
+int runOnScreen(const host::HostOptions& options) {
+    if (!hasDisplay()) return complain(host::kExitNoDisplay, "no display: DISPLAY is not set");
+    if (const int failure = startServices(options)) return failure;
+    Evas_Object* const window = openScreen(options);
+    if (window == nullptr) return complain(host::kExitNoDisplay, "the window cannot be opened on this display");
+    const int exitCode = runGadget(options, window);
+    host::setWindow(nullptr);
+    evas_object_del(window);
+    network::release();
+    return exitCode;
+}
+
+int run(const host::HostOptions& options, int argc, char** argv) {
+    host::chooseLanguage();
+    ecore_app_no_system_modules();
+    efreet_cache_disable();
+    if (elm_init(argc, argv) == 0) return complain(host::kExitInternal, "the toolkit does not start");
+    elm_policy_set(ELM_POLICY_QUIT, ELM_POLICY_QUIT_NONE);
+    const int exitCode = runOnScreen(options);
+    elm_shutdown();
+    return exitCode;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const host::ParsedOptions parsed = host::parseOptions(argc, argv);
+    return parsed.end ? parsed.exitCode : run(parsed.options, argc, argv);
+}
