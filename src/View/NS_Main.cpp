@@ -51,10 +51,11 @@ void addThemeExtension() {
 }
 
 void loadStatusLayout(const sNetworkStatus& status) {
-    if (!elm_layout_file_set(status.layout, kLayoutFile, kStatusGroup)) {
-        LOG_ERROR("The layout \"%s\" cannot be loaded from %s\n", kStatusGroup, kLayoutFile);
-        return;
-    }
+    if (elm_layout_file_set(status.layout, kLayoutFile, kStatusGroup)) return;
+    LOG_ERROR("The layout \"%s\" cannot be loaded from %s\n", kStatusGroup, kLayoutFile);
+}
+
+void showTitle(const sNetworkStatus& status) {
     elm_object_part_text_set(status.layout, part::kTitle, localised("TV_SID_IPV6_STATUS"));
 }
 
@@ -75,7 +76,7 @@ void initialize_status(sNetworkStatus* status) {
     vconf_set_init_values();
     setDefaultValGlobalIPInfo();
     const PlatformText networkType = readStore(kNetworkTypeKey);
-    elm_object_part_text_set(status->layout, part::kTitle, localised("TV_SID_IPV6_STATUS"));
+    showTitle(*status);
     showFirstCancelButton(*status);
     startCheck(*status, networkType.get());
 }

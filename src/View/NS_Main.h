@@ -5,8 +5,9 @@ struct sNetworkStatus;
 
 // Makes the package's layout file known as a theme extension, once a process.
 void addThemeExtension();
-// Loads the status group into the layout and shows the screen's title. Says so in the log when it cannot.
+// Loads the status group into the layout. Says so in the log when it cannot.
 void loadStatusLayout(const sNetworkStatus& status);
+void showTitle(const sNetworkStatus& status);
 
 // Builds the screen and starts the check of the stored kind of network ("Wired" when there is none).
 void initialize_status(sNetworkStatus* status);

@@ -78,6 +78,7 @@ void showPopUp(sNetworkStatus& status) {
     LOG_SCOPE();
     const NetworkKind* kind = storedNetworkKind();
     loadStatusLayout(status);
+    showTitle(status);
     elm_object_style_set(status.popup, kPopupStyle);
     takeContentOut(status, part::kStatus);
     takeContentOut(status, part::kStatusUnset);

@@ -1,0 +1,145 @@
+// Shared records and small utilities.
+#include "Common/Common_Function.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <string>
+
+#include "Common/Outside_Text.h"
+#include "Common/Text.h"
+#include "platform_log.h"
+#include "settings_store.h"
+#include "store/store.h"
+
+namespace {
+
+TEST(Records, DefaultsLeaveMacAndNameAndCreateNothing) {
+    setDefaultValGlobalIPInfo();
+    sGlobalIPInfo* info = createGlobalIPInfo();
+    ASSERT_NE(info, nullptr);
+    EXPECT_STREQ(info->global_IP_ADDRESS, "") << "setting defaults must not have created the record";
+    EXPECT_EQ(createGlobalIPInfo(), info);
+    copyText(info->global_MAC_ADDRESS, "02:00:00:00:00:01");
+    copyText(info->global_SSID_NAME, "home");
+    setDefaultValGlobalIPInfo();
+    EXPECT_STREQ(info->global_IP_ADDRESS, "::");
+    EXPECT_STREQ(info->global_PREFIX_LENGTH, "0");
+    EXPECT_STREQ(info->global_GATEWAY, "::");
+    EXPECT_STREQ(info->global_DNS, "::");
+    EXPECT_STREQ(info->global_MAC_ADDRESS, "02:00:00:00:00:01");
+    EXPECT_STREQ(info->global_SSID_NAME, "home");
+    freeGlobalIPInfo();
+    freeGlobalIPInfo();
+    EXPECT_STREQ(createGlobalIPInfo()->global_MAC_ADDRESS, "");
+    freeGlobalIPInfo();
+}
+
+TEST(Records, StatusIsOneInstanceWithItsSubRecordUntilItIsFreed) {
+    sNetworkStatus* status = createNetworkStatus();
+    ASSERT_NE(status, nullptr);
+    ASSERT_NE(status->connStatus, nullptr);
+    EXPECT_EQ(createNetworkStatus(), status);
+    status->connStatus->gatewayReachable = 1;
+    freeSNetworkStatus();
+    freeSNetworkStatus();
+    EXPECT_EQ(createNetworkStatus()->connStatus->gatewayReachable, 0);
+    freeSNetworkStatus();
+}
+
+TEST(Utilities, ComparisonIsNullSafeAndEndsAt255Characters) {
+    const std::string same(255, 'x');
+    EXPECT_EQ(string_cmp("Wired", "Wired"), 0);
+    EXPECT_LT(string_cmp("Wired", "Wireless"), 0);
+    EXPECT_EQ(string_cmp((same + "a").c_str(), (same + "b").c_str()), 0);
+    EXPECT_NE(string_cmp((same.substr(1) + "a").c_str(), (same.substr(1) + "b").c_str()), 0);
+    EXPECT_EQ(string_cmp(nullptr, "a"), -1);
+    EXPECT_EQ(string_cmp("a", nullptr), -1);
+    EXPECT_EQ(string_cmp(nullptr, nullptr), -1);
+}
+
+TEST(Utilities, CopiesAreBoundedAndTerminated) {
+    char field[4] = {'z', 'z', 'z', 'z'};
+    copyText(field, "12345");
+    EXPECT_STREQ(field, "123");
+    copyText(field, "");
+    EXPECT_EQ(std::string(field, sizeof field), std::string(4, '\0'));
+    char room[8];
+    EXPECT_EQ(copybuffer(room, "text"), room);
+    EXPECT_STREQ(room, "text");
+    EXPECT_EQ(copybuffer(room, nullptr), nullptr);
+    EXPECT_EQ(copybuffer(nullptr, "text"), nullptr);
+    for (const std::size_t length : {0U, 1U, 198U, 199U, 200U, 5000U}) {
+        const PlatformText copy(modifyString(std::string(length, 'm').c_str()));
+        EXPECT_EQ(std::string(copy.get()), std::string(std::min<std::size_t>(length, 199), 'm'));
+    }
+    EXPECT_EQ(modifyString(nullptr), nullptr);
+    const PlatformText spoken(_access_info_cb("100 %s"));
+    EXPECT_STREQ(spoken.get(), "100 %s");
+}
+
+TEST(Utilities, KnownLabelsBecomeTextsAndOthersStay) {
+    // Without a catalogue a lookup gives the text ID.
+    EXPECT_STREQ(getData("Ok"), "SID_OK");
+    EXPECT_STREQ(getData("Subnet Mask"), "SID_SUBNET_MASK");
+    EXPECT_STREQ(getData("OK"), "OK");
+    EXPECT_EQ(getData(nullptr), nullptr);
+}
+
+TEST(Utilities, ErrorCodesHaveNames) {
+    struct Case {
+        int code;
+        const char* wifi;
+        const char* wired;
+    };
+    constexpr Case kCases[] = {
+        {0, "NONE", "NONE"},
+        {-38, "INVALID_OPERATION", "INVALID_OPERATION"},
+        {-31730, "DEFAULT", "INVALID_GATEWAY"},
+        {-31731, "DEFAULT", "UNKNOWN"},
+        {-31732, "DEFAULT", "CONNECTION_OFFLINE"},
+        {-31985, "DEFAULT", "UNKNOWN"},
+        {-31987, "WIFI_OFFLINE", "UNKNOWN"},
+        {-31988, "WPS_WEP_PROHIBITED", "UNKNOWN"},
+        {-29687036, "OPERATION_ABORTED", "UNKNOWN"},
+        {-29687035, "DEFAULT", "UNKNOWN"},
+        {-29687034, "DHCP_FAILED", "UNKNOWN"},
+        {-29424635, "DEFAULT", "OPERATION_ABORTED"},
+        {-29424633, "DEFAULT", "INVALID_KEY"},
+        {INT_MIN, "DEFAULT", "UNKNOWN"},
+    };
+    for (const Case& example : kCases) {
+        EXPECT_STREQ(convertWifiErrorToString(example.code), example.wifi) << example.code;
+        EXPECT_STREQ(convertWiredErrorToString(example.code), example.wired) << example.code;
+    }
+}
+
+TEST(Utilities, DisplayModesComeFromTheStore) {
+    std::string message;
+    const std::string file = testing::TempDir() + "modes-" + std::to_string(getpid()) + ".db";
+    ASSERT_TRUE(store::open(file, message)) << message;
+    EXPECT_FALSE(IsEnhancedUIMode(kHighContrastMode));
+    vconf_set_int("db/menu/system/accessibility/highcontrast", 7);
+    vconf_set_int("db/menu/system/accessibility/focuszoom", 0);
+    EXPECT_TRUE(IsEnhancedUIMode(kHighContrastMode));
+    EXPECT_FALSE(IsEnhancedUIMode(kEnlargedFocusMode));
+    vconf_set_int("db/menu/system/accessibility/focuszoom", 1);
+    EXPECT_TRUE(IsEnhancedUIMode(kEnlargedFocusMode));
+    EXPECT_FALSE(IsEnhancedUIMode(2));
+    EXPECT_FALSE(IsEnhancedUIMode(-1));
+    store::close();
+    for (const char* suffix : {"", "-wal", "-shm"})
+        std::remove((file + suffix).c_str());
+}
+
+TEST(OutsideText, IsShownExactlyOrWithReplacementSigns) {
+    EXPECT_EQ(showableText("caf\xC3\xA9 <b>&amp; \xF0\x9F\x93\xBA"), "caf\xC3\xA9 <b>&amp; \xF0\x9F\x93\xBA");
+    EXPECT_EQ(showableText("a\x01"
+                           "b\x7F"),
+              "a\xEF\xBF\xBD"
+              "b\xEF\xBF\xBD");
+    EXPECT_EQ(showableText("\xFF\xC3"), "\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(showableText(""), "");
+}
+
+}  // namespace
