@@ -119,7 +119,7 @@ bool setLevel(std::string_view name, std::string& message) {
             "unknown log level \"" + clean(name) + "\": use silent, fatal, error, warning, info, debug or verbose";
         return false;
     }
-    domains().setLevel(level->eina);
+    domains().setLevel(std::max<int>(level->eina, EINA_LOG_LEVEL_ERR));  // Eina drops everything at CRITICAL
     loudest = level->eina;
     return true;
 }

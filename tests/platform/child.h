@@ -1,0 +1,47 @@
+// Work in a process of its own, for tests that kill it, limit it, or change its mounts.
+#pragma once
+
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <string>
+
+namespace child {
+
+inline constexpr int kSkip = 77;
+
+template <class Work>
+pid_t start(Work work) {
+    const pid_t process = fork();
+    if (process == 0) _exit(work());
+    return process;
+}
+
+// The exit status, or minus the signal that ended it.
+inline int finish(pid_t process) {
+    int status = 0;
+    while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+template <class Work>
+int run(Work work) {
+    return finish(start(work));
+}
+
+// For the child only: mounts that nobody else sees. False where the machine does not allow that.
+inline bool makeMountsPrivate() {
+    if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
+    mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE,
+          nullptr);  // refused in a change-root, whose mounts may do as well
+    std::ifstream mounts("/proc/self/mountinfo");
+    for (std::string line; std::getline(mounts, line);) {
+        if (line.find(" shared:") != std::string::npos) return false;
+    }
+    return true;
+}
+
+}  // namespace child
