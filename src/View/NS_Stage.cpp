@@ -2,8 +2,11 @@
 
 #include <Elementary.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <functional>
+#include <string_view>
 
 #include "Common/Common_Function.h"
 #include "Common/Common_Widget_Function.h"
@@ -22,6 +25,20 @@ constexpr int kLastInternetFrame = 6;
 constexpr const char* kUnknownPrefix = "129";
 constexpr const char* kUnusableMacs[] = {"00:00:00:00:00:00", "FF:FF:FF:FF:FF:FF"};
 
+constexpr std::size_t kRememberedFiles = 32;
+
+// Hashes of the files that were reported missing: a frame comes round every two seconds, its complaint only once.
+constinit std::array<std::size_t, kRememberedFiles> missingFiles{};
+constinit std::size_t missingCount = 0;
+
+void reportMissing(std::string_view path) {
+    const std::size_t hash = std::hash<std::string_view>{}(path);
+    const auto known = std::span(missingFiles).first(missingCount);
+    if (missingCount == kRememberedFiles || std::ranges::find(known, hash) != known.end()) return;
+    missingFiles[missingCount++] = hash;
+    LOG_ERROR("The picture %.*s cannot be loaded\n", static_cast<int>(path.size()), path.data());
+}
+
 void normaliseAddress(std::span<char> address) {
     if (string_cmp(address.data(), default_addr_IPv6) == 0) copyText(address, kNoAddress);
 }
@@ -35,7 +52,7 @@ Evas_Object* addImage(Evas_Object* layout) {
 }
 
 void showPictureFile(Evas_Object* image, const char* path, const char* key) {
-    if (image && !elm_image_file_set(image, path, key)) LOG_ERROR("The picture %s cannot be loaded\n", path);
+    if (image && !elm_image_file_set(image, path, key)) reportMissing(path);
 }
 
 void showPicture(Evas_Object* image, const char* fileName, const char* key) {
