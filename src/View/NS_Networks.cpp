@@ -4,18 +4,15 @@
 
 #include "Common/Common_Function.h"
 #include "Common/Log.h"
-#include "Common/Resources.h"
 #include "Common/Run_State.h"
 #include "Common/Status_Store.h"
 #include "MW_CAPI/MW_CAPI_Wired.h"
-#include "View/NS_Parts.h"
+#include "View/NS_Verdict.h"
 #include "View/NS_Wired.h"
 
 namespace {
 
-void showWiredProgress(const sNetworkStatus& status) {
-    elm_object_part_text_set(status.layout, part::kMessage, localised("COM_TV_SID_VERIFYING_WIRED_NETWORK_CONNECTION"));
-}
+constexpr const char* kWiredProgressId = "COM_TV_SID_VERIFYING_WIRED_NETWORK_CONNECTION";
 
 void openWired(sNetworkStatus& status) {
     register_client();
@@ -23,13 +20,13 @@ void openWired(sNetworkStatus& status) {
     refreshEthernetProfile();
     get_wired_ip_info(profile_handle1);
     wired_animation(&status);
-    showWiredProgress(status);
+    showMessage(status, kWiredProgressId);
 }
 
 void checkWired(sNetworkStatus& status) {
     Net_Set_Conn_Tv_Image_No = 1;
     wired_animation(&status);
-    showWiredProgress(status);
+    showMessage(status, kWiredProgressId);
 }
 
 void releaseWired(sNetworkStatus& /*status*/) {

@@ -15,6 +15,7 @@
 #include "View/NS_Networks.h"
 #include "View/NS_Parts.h"
 #include "View/NS_Stage.h"
+#include "View/NS_Verdict.h"
 
 namespace {
 
@@ -27,18 +28,14 @@ void forgetLoader(void* /*data*/, Evas* /*canvas*/, Evas_Object* object, void* /
     if (m_loader == object) m_loader = nullptr;
 }
 
-void setText(const sNetworkStatus& status, const char* part, const char* text) {
-    elm_object_part_text_set(status.layout, part, text);
-}
-
 void takeContentOut(const sNetworkStatus& status, const char* part) {
     Evas_Object* content = elm_object_part_content_unset(status.layout, part);
     if (content) evas_object_hide(content);
 }
 
 void clearMessages(const sNetworkStatus& status) {
-    setText(status, part::kMessage, "");
-    setText(status, part::kAdvice, "");
+    elm_object_part_text_set(status.layout, part::kMessage, "");
+    elm_object_part_text_set(status.layout, part::kAdvice, "");
 }
 
 // Starts the check of the stored kind of network and offers to cancel it.
@@ -110,7 +107,7 @@ void showCancelledWired(const sNetworkStatus& status) {
     refreshEthernetProfile();
     get_wired_ip_info(profile_handle1);
     _ShowIPInfoText(1);
-    setText(status, part::kAdvice, localised("COM_WIRED_NETWORK_CONNECTION_CHECK_CANCELED"));
+    showAdvice(status, "COM_WIRED_NETWORK_CONNECTION_CHECK_CANCELED");
 }
 
 void showCancelledPicture(sNetworkStatus& status) {
@@ -135,7 +132,7 @@ void _click_cb_cancel(void* data, Evas_Object* /*object*/, void* /*event*/) {
         LOG_DEBUG("User passed data is null\n");
         return;
     }
-    setText(*status, part::kMessage, localised("TV_SID_CONNECTION_VERIFICATION_CANCELLED"));
+    showMessage(*status, "TV_SID_CONNECTION_VERIFICATION_CANCELLED");
     reset_text(status);
     if (status->connStatus->networkKind == kNetworkWired) showCancelledWired(*status);
     showCancelledPicture(*status);

@@ -13,8 +13,6 @@
 #include "Common/Log.h"
 #include "Common/Resources.h"
 #include "Common/Run_State.h"
-#include "Common/Text.h"
-#include "View/NS_Buttons.h"
 #include "View/NS_Parts.h"
 
 namespace {
@@ -22,8 +20,6 @@ namespace {
 constexpr double kTickSeconds = 0.5;
 constexpr int kFirstInternetFrame = 3;
 constexpr int kLastInternetFrame = 6;
-constexpr const char* kUnknownPrefix = "129";
-constexpr const char* kUnusableMacs[] = {"00:00:00:00:00:00", "FF:FF:FF:FF:FF:FF"};
 
 constexpr std::size_t kRememberedFiles = 32;
 
@@ -37,10 +33,6 @@ void reportMissing(std::string_view path) {
     if (missingCount == kRememberedFiles || std::ranges::find(known, hash) != known.end()) return;
     missingFiles[missingCount++] = hash;
     LOG_ERROR("The picture %.*s cannot be loaded\n", static_cast<int>(path.size()), path.data());
-}
-
-void normaliseAddress(std::span<char> address) {
-    if (string_cmp(address.data(), default_addr_IPv6) == 0) copyText(address, kNoAddress);
 }
 
 }  // namespace
@@ -89,30 +81,4 @@ void endRun(sNetworkStatus& status, int nextFrame) {
     clearStageTimers();
     thread_flag = 1;
     Net_Set_Conn_Tv_Image_No = nextFrame;
-}
-
-bool isUnusableMac(const sGlobalIPInfo& info) {
-    for (const char* mac : kUnusableMacs) {
-        if (string_cmp(info.global_MAC_ADDRESS, mac) == 0) return true;
-    }
-    return false;
-}
-
-void fillMissingMac(sGlobalIPInfo& info) {
-    if (info.global_MAC_ADDRESS[0] != '\0') return;
-    copyText(info.global_MAC_ADDRESS, kDefaultMac);
-    setDefaultValGlobalIPInfo();
-}
-
-void normaliseAddresses(sGlobalIPInfo& info) {
-    normaliseAddress(info.global_IP_ADDRESS);
-    normaliseAddress(info.global_GATEWAY);
-    normaliseAddress(info.global_DNS);
-    if (string_cmp(info.global_PREFIX_LENGTH, kUnknownPrefix) == 0) copyText(info.global_PREFIX_LENGTH, kNoPrefix);
-}
-
-void showResultRow(sNetworkStatus& status) {
-    deleteObject(status.stopBtn);
-    createNSCommonBtn(&status);
-    focusResultRow(status);
 }

@@ -1,4 +1,4 @@
-// What the stages and verdicts of both kinds of network share: frames, pictures, timers, clean address values.
+// What the stages of both kinds of network share: frames, pictures, timers.
 #pragma once
 
 #include <Ecore.h>
@@ -6,7 +6,6 @@
 
 #include <cstdint>
 
-struct sGlobalIPInfo;
 struct sNetworkStatus;
 
 inline constexpr const char* kCheckStartedPicture = "network_popup_connect_1.png";
@@ -32,13 +31,3 @@ void advanceInternetFrame(sNetworkStatus& status);
 void armStage(Ecore_Task_Cb tick, sNetworkStatus& status);
 // Ends the run: no hidden image, no timers; the next run begins at that frame.
 void endRun(sNetworkStatus& status, int nextFrame);
-
-// Whether the device's MAC shows that there is no working adapter.
-bool isUnusableMac(const sGlobalIPInfo& info);
-// MAC and addresses to their defaults when the MAC could not be read at all.
-void fillMissingMac(sGlobalIPInfo& info);
-// One text for "no address" and "no prefix length", whatever the platform said.
-void normaliseAddresses(sGlobalIPInfo& info);
-
-// The result row of a success: the Cancel button makes way for it.
-void showResultRow(sNetworkStatus& status);

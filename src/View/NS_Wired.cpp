@@ -2,8 +2,6 @@
 
 #include <Elementary.h>
 
-#include <array>
-
 #include "Common/Common_Function.h"
 #include "Common/Common_Widget_Function.h"
 #include "Common/Log.h"
@@ -14,8 +12,8 @@
 #include "View/NS_Buttons.h"
 #include "View/NS_Info_Panel.h"
 #include "View/NS_Parts.h"
-#include "View/NS_Run_Control.h"
 #include "View/NS_Stage.h"
+#include "View/NS_Verdict.h"
 
 namespace {
 
@@ -23,38 +21,27 @@ constexpr int kCheckingFrame = 3;
 constexpr int kFrameAfterStageOne = 2;
 constexpr int kLinkUp = 3;
 constexpr int kCableOut = 0;
-constexpr const char* kSuccessMessage = "TV_SID_WIRED_NW_INTERNET_SETUP_USE";
-constexpr const char* kSuccessAdvice = "TV_SID_CONNECTED_INTEERNET_CONTACT_SERVICE_PROVIDER_MSG";
 constexpr const char* kFailureMessage = "TV_SID_WIRED_NETWORK_CONNECTION_FAILED";
 
 constinit unsigned char bcheck_gateway = 1;     // 1 until this run has asked for the gateway
 constinit unsigned char bCheck_ip_address = 0;  // 1 once this run's address is valid
 constinit int cable_check = -1;                 // 0 down; anything else counts as up
 
-void showMessage(const sNetworkStatus& status, const char* textId) {
-    elm_object_part_text_set(status.layout, part::kMessage, localised(textId));
-}
-
-void showAdvice(const sNetworkStatus& status, const char* textId) {
-    elm_object_part_text_set(status.layout, part::kAdvice, localised(textId));
-}
-
-// The verdict of a failed run: the first row that holds decides.
-
-bool hasUnusableMac(const sNetworkStatus&, const sGlobalIPInfo& info) {
-    return isUnusableMac(info);
-}
-bool isCableOut(const sNetworkStatus&, const sGlobalIPInfo&) {
+bool isCableOut(const sNetworkStatus& /*status*/, const sGlobalIPInfo& /*info*/) {
     return cable_check == kCableOut;
 }
-bool hasNoAddress(const sNetworkStatus&, const sGlobalIPInfo& info) {
+
+bool hasNoAddress(const sNetworkStatus& /*status*/, const sGlobalIPInfo& info) {
     return string_cmp(info.global_IP_ADDRESS, kNoAddress) == 0;
 }
-bool isGatewayReached(const sNetworkStatus& status, const sGlobalIPInfo&) {
-    return status.connStatus->gatewayReachable == 1;
+
+bool isRouterSilent(const sNetworkStatus& status) {
+    return cable_check != kCableOut && status.connStatus->gatewayReachable == 0;
 }
-bool always(const sNetworkStatus&, const sGlobalIPInfo&) {
-    return true;
+
+void replaceCancelButton(sNetworkStatus& status) {
+    deleteObject(status.stopBtn);
+    createNSCommonBtn(&status);
 }
 
 void showEmptyPanelWithoutSettings(sNetworkStatus& status) {
@@ -81,82 +68,27 @@ void keepSettingsUp(const sNetworkStatus& status) {
     if (status.retryBtn) elm_object_focus_next_object_set(status.ipSettingsBtn, status.retryBtn, ELM_FOCUS_DOWN);
 }
 
-struct FailureVerdict {
-    bool (*holds)(const sNetworkStatus& status, const sGlobalIPInfo& info);
-    const char* advice;
-    void (*dress)(sNetworkStatus& status);         // before the row of buttons is linked; may be null
-    void (*relink)(const sNetworkStatus& status);  // after it; may be null
-};
-
-constexpr FailureVerdict kFailureVerdicts[] = {
+constexpr FailureCase kFailures[] = {
     {hasUnusableMac, "COM_INVALID_MAC_ADDRESS_CONTACT_CUSTOMER_SERVICE", showEmptyPanelWithoutSettings, nullptr},
     {isCableOut, "SID_VERIFY_LAN_CABLE_CONNECTED_MSG", placeButtons, keepSettingsUp},
     {hasNoAddress, kFailureMessage, nullptr, nullptr},
     {isGatewayReached, "SID_LOCAL_COMPLETED_NOT_CONNECT_INTERNET_MSG", placePictureAndMessage, nullptr},
-    {always, kFailureMessage, nullptr, nullptr},
+    {anyOtherFailure, kFailureMessage, nullptr, nullptr},
 };
 
-const FailureVerdict& chooseVerdict(const sNetworkStatus& status, const sGlobalIPInfo& info) {
-    const FailureVerdict* verdict = kFailureVerdicts;
-    while (!verdict->holds(status, info))
-        ++verdict;
-    return *verdict;
-}
-
-void setInternetStatusOnline(sNetworkStatus& status) {
-    LOG_SCOPE();
-    showPicture(status.statusImage, kSuccessPicture);
-    elm_object_part_content_set(status.layout, part::kStatus, status.statusImage);
-    showMessage(status, kSuccessMessage);
-    reset_text(&status);
-    showAdvice(status, kSuccessAdvice);
-    showResultRow(status);
-}
-
-void showFailurePictures(sNetworkStatus& status) {
-    std::array<char, kImagePathWidth> path{};
-    Set_Connection_Image(&status, path);
-    showPictureFile(status.statusImage, path.data(), "connecting_image_4");
-    elm_object_part_content_set(status.layout, part::kStatusUnset, status.statusImage);
-    showPicture(status.failImage, kErrorMarkPicture);
-    if (cable_check != kCableOut && status.connStatus->gatewayReachable == 0) {
-        elm_object_part_content_set(status.layout, part::kStatusFail, status.failImage);
-    }
-    elm_object_part_content_set(status.layout, part::kSignalStrengthUnset, status.signalImage);
-    elm_object_part_text_set(status.layout, part::kSsid, "");
-}
-
-void showFailure(sNetworkStatus& status) {
-    sGlobalIPInfo* info = createGlobalIPInfo();
-    if (!info) {
-        LOG_DEBUG("sGlobalIPInfo Object is NULL\n");
-        return;
-    }
-    fillMissingMac(*info);
-    normaliseAddresses(*info);
-    showFailurePictures(status);
-    showMessage(status, kFailureMessage);
-    _ShowIPInfoText(1);
-    deleteObject(status.stopBtn);
-    createNSCommonBtn(&status);
-    reset_text(&status);
-    const FailureVerdict& verdict = chooseVerdict(status, *info);
-    if (verdict.dress) verdict.dress(status);
-    showAdvice(status, verdict.advice);
-    focusResultRow(status);
-    if (verdict.relink) verdict.relink(status);
-}
+constexpr NetworkVerdict kVerdict{
+    .successMessageId = "TV_SID_WIRED_NW_INTERNET_SETUP_USE",
+    .failureMessageId = kFailureMessage,
+    .failurePicture = Set_Connection_Image,
+    .showsErrorMark = isRouterSilent,
+    .showName = nullptr,
+    .makeButtons = replaceCancelButton,
+    .failures = kFailures,
+};
 
 void after_loading_animation_expired(sNetworkStatus& status) {
     LOG_SCOPE();
-    status.failImage = addImage(status.layout);
-    reset_text(&status);
-    stopLoadingAnimation();
-    if (status.connStatus->gatewayReachable == 1 && status.connStatus->internetOnline == 1) {
-        setInternetStatusOnline(status);
-    } else {
-        showFailure(status);
-    }
+    showVerdict(status, kVerdict);
 }
 
 Eina_Bool connectivity_to_internet_wired(void* data) {
