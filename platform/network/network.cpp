@@ -8,10 +8,8 @@
 #include "backend.h"
 #include "connection_service.h"
 #include "gadget_paths.h"
-#include "simulated/simulated.h"
-#ifdef GADGET_HAS_NETWORKMANAGER
 #include "networkmanager/networkmanager.h"
-#endif
+#include "simulated/simulated.h"
 
 namespace network {
 namespace {
@@ -35,20 +33,11 @@ Selection selectSimulated(const std::string& file, const std::string& prefix) {
     return take(std::move(opened), prefix + "simulated network " + text, text);
 }
 
-#ifdef GADGET_HAS_NETWORKMANAGER
 Selection selectNetworkManager(const Options& options) {
     std::string error;
     auto opened = openNetworkManager(options, error);
     return take(std::move(opened), "this machine's network through NetworkManager", error);
 }
-#else
-Selection selectNetworkManager(const Options& /*options*/) {
-    return {false, "built without NetworkManager"};
-}
-bool networkManagerAnswers() {
-    return false;
-}
-#endif
 
 }  // namespace
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "../backend.h"
+#include "backend.h"
 #include "connection_manager.h"
 
 namespace network::simulated {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "../backend.h"
+#include "backend.h"
 
 namespace network {
 

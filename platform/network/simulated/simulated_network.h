@@ -4,8 +4,8 @@
 #include <deque>
 #include <list>
 
-#include "../timer.h"
 #include "scenario.h"
+#include "timer.h"
 
 namespace network::simulated {
 

@@ -1,0 +1,191 @@
+// What every backend owes the users of the connection manager. A program includes this once and instantiates
+// ConnectionContract with ways to bring up a wired network that is connected and answers.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "connection_manager.h"
+#include "main_loop.h"
+#include "network/network.h"
+#include "results.h"
+
+struct NetworkUnderTest {
+    std::string name;
+    // Selects the network. A text: why this machine cannot, and the case is skipped.
+    std::function<std::string()> open;
+    std::function<void()> unplug, plug;
+    std::function<void()> close = [] {};
+};
+
+class ConnectionContract : public testing::TestWithParam<NetworkUnderTest> {
+  protected:
+    void SetUp() override {
+        if (const std::string obstacle = GetParam().open(); !obstacle.empty()) GTEST_SKIP() << obstacle;
+        ASSERT_EQ(connection_create(&client), CONNECTION_ERROR_NONE);
+    }
+    void TearDown() override {
+        if (client != nullptr) connection_destroy(client);
+        network::release();
+        GetParam().close();
+    }
+
+    static std::vector<connection_profile_handle> profiles(connection_handle of, int which) {
+        connection_profile_iterator iterator = nullptr;
+        EXPECT_EQ(connection_get_profile_iterator(of, which, &iterator), CONNECTION_ERROR_NONE);
+        std::vector<connection_profile_handle> found;
+        while (connection_profile_iterator_has_next(iterator)) {
+            EXPECT_EQ(connection_profile_iterator_next(iterator, &found.emplace_back()), CONNECTION_ERROR_NONE);
+        }
+        connection_profile_handle untouched = iterator;
+        EXPECT_EQ(connection_profile_iterator_next(iterator, &untouched), CONNECTION_ERROR_ITERATOR_END);
+        EXPECT_EQ(untouched, iterator);
+        EXPECT_EQ(connection_destroy_profile_iterator(iterator), CONNECTION_ERROR_NONE);
+        return found;
+    }
+    connection_profile_handle wiredProfile() const {
+        for (connection_profile_handle profile : profiles(client, CONNECTION_ITERATOR_CONNECTED)) {
+            int type = 0;
+            EXPECT_EQ(connection_profile_get_type(profile, &type), CONNECTION_ERROR_NONE);
+            if (type == CONNECTION_PROFILE_TYPE_ETHERNET) return profile;
+        }
+        return nullptr;
+    }
+
+    MainLoop loop;
+    connection_handle client = nullptr;
+};
+
+TEST_P(ConnectionContract, TellsTheLiveValuesOfTheConnectedProfile) {
+    const auto profile = wiredProfile();
+    ASSERT_NE(profile, nullptr);
+    char *address = nullptr, *gateway = nullptr, *server = nullptr, *mac = nullptr;
+    std::uint8_t length = 0;
+    int state = 0, dnsType = 0, ethernet = 0;
+    EXPECT_EQ(connection_profile_get_ip_address(profile, CONNECTION_ADDRESS_FAMILY_IPV6, &address), 0);
+    EXPECT_EQ(connection_profile_get_gateway_address(profile, CONNECTION_ADDRESS_FAMILY_IPV6, &gateway), 0);
+    EXPECT_EQ(connection_profile_get_dns_address(profile, 1, CONNECTION_ADDRESS_FAMILY_IPV6, &server), 0);
+    EXPECT_EQ(connection_profile_get_prefix_length(profile, CONNECTION_ADDRESS_FAMILY_IPV6, &length), 0);
+    EXPECT_EQ(connection_profile_get_dns_config_type(profile, CONNECTION_ADDRESS_FAMILY_IPV6, &dnsType), 0);
+    EXPECT_EQ(connection_profile_get_state(profile, &state), 0);
+    EXPECT_EQ(connection_get_ethernet_state(client, &ethernet), 0);
+    EXPECT_EQ(connection_get_mac_address(client, CONNECTION_TYPE_ETHERNET, &mac), 0);
+    EXPECT_TRUE(contract::isAddress(contract::take(address)));
+    EXPECT_TRUE(contract::isAddress(contract::take(gateway)));
+    EXPECT_TRUE(contract::isAddress(contract::take(server)));
+    EXPECT_EQ(length, 64);
+    EXPECT_EQ(dnsType, CONNECTION_DNS_CONFIG_DYNAMIC);
+    EXPECT_EQ(state, CONNECTION_PROFILE_STATE_CONNECTED);
+    EXPECT_EQ(ethernet, CONNECTION_ETHERNET_CONNECTED);
+    EXPECT_EQ(contract::take(mac).size(), std::string("00:00:00:00:00:00").size());
+}
+
+TEST_P(ConnectionContract, KeepsOneHandleForOneProfileAndSeparateOnesForSeparateClients) {
+    connection_handle other = nullptr;
+    ASSERT_EQ(connection_create(&other), 0);
+    const auto first = profiles(client, CONNECTION_ITERATOR_REGISTERED);
+    EXPECT_EQ(first, profiles(client, CONNECTION_ITERATOR_REGISTERED));
+    const auto theirs = profiles(other, CONNECTION_ITERATOR_REGISTERED);
+    ASSERT_FALSE(theirs.empty());
+    EXPECT_NE(first.front(), theirs.front());
+
+    connection_profile_handle clone = nullptr;
+    ASSERT_EQ(connection_profile_clone(&clone, theirs.front()), 0);
+    ASSERT_EQ(connection_destroy(other), 0);
+    int type = -1;
+    EXPECT_EQ(connection_profile_get_type(theirs.front(), &type), CONNECTION_ERROR_INVALID_OPERATION);
+    EXPECT_EQ(connection_profile_get_type(clone, &type), CONNECTION_ERROR_INVALID_OPERATION);
+    EXPECT_EQ(type, -1);
+    EXPECT_EQ(connection_profile_get_type(first.front(), &type), 0);
+    EXPECT_EQ(connection_profile_destroy(first.front()), CONNECTION_ERROR_INVALID_OPERATION);
+    EXPECT_EQ(connection_profile_destroy(clone), 0);
+    EXPECT_EQ(connection_profile_destroy(clone), CONNECTION_ERROR_INVALID_OPERATION);
+}
+
+TEST_P(ConnectionContract, AnswersChecksInALaterIteration) {
+    contract::Results gateway, online;
+    ASSERT_EQ(connection_profile_check_gateway6_async(wiredProfile(), contract::record, &gateway), 0);
+    ASSERT_EQ(connection_get_is_online_ipv6_async(client, contract::record, &online), 0);
+    EXPECT_TRUE(gateway.codes.empty());
+    EXPECT_TRUE(online.codes.empty());
+    ASSERT_TRUE(MainLoop::runUntil([&] { return !gateway.codes.empty() && !online.codes.empty(); }));
+    MainLoop::settle();
+    EXPECT_EQ(gateway.codes, std::vector<int>{CONNECTION_ERROR_NONE});
+    EXPECT_EQ(online.codes, std::vector<int>{CONNECTION_ERROR_NONE});
+}
+
+TEST_P(ConnectionContract, AnswersNobodyAfterUnsetOrDestroy) {
+    connection_handle doomed = nullptr;
+    connection_profile_handle clone = nullptr;
+    ASSERT_EQ(connection_create(&doomed), 0);
+    ASSERT_EQ(connection_profile_clone(&clone, wiredProfile()), 0);
+    contract::Results dropped, kept;
+    ASSERT_EQ(connection_profile_check_gateway6_async(wiredProfile(), contract::record, &dropped), 0);
+    ASSERT_EQ(connection_profile_check_gateway6_async(clone, contract::record, &dropped), 0);
+    ASSERT_EQ(connection_get_is_online_ipv6_async(doomed, contract::record, &dropped), 0);
+    ASSERT_EQ(connection_get_is_online_ipv6_async(client, contract::record, &kept), 0);
+    EXPECT_EQ(connection_unset_async_cb(wiredProfile()), 0);
+    EXPECT_EQ(connection_profile_destroy(clone), 0);
+    EXPECT_EQ(connection_destroy(doomed), 0);
+    ASSERT_TRUE(MainLoop::runUntil([&] { return !kept.codes.empty(); }));
+    MainLoop::settle();
+    EXPECT_TRUE(dropped.codes.empty());
+}
+
+TEST_P(ConnectionContract, LetsACallbackAskAgainUnsetAndDestroy) {
+    contract::Results results, silenced;
+    results.then = [&] {
+        if (results.codes.size() == 1) {
+            EXPECT_EQ(connection_get_is_online_ipv6_async(client, contract::record, &results), 0);
+            return;
+        }
+        EXPECT_EQ(connection_unset_async_cb(client), 0);
+        EXPECT_EQ(connection_destroy(client), 0);
+        client = nullptr;
+    };
+    ASSERT_EQ(connection_get_is_online_ipv6_async(client, contract::record, &results), 0);
+    ASSERT_TRUE(MainLoop::runUntil([&] { return client == nullptr; }));
+    MainLoop::settle();
+    EXPECT_EQ(results.codes.size(), 2U);
+}
+
+TEST_P(ConnectionContract, SurvivesReleaseFromACallback) {
+    contract::Results results;
+    results.then = [] { network::release(); };
+    ASSERT_EQ(connection_get_is_online_ipv6_async(client, contract::record, &results), 0);
+    ASSERT_TRUE(MainLoop::runUntil([&] { return !results.codes.empty(); }));
+    int state = 0;
+    EXPECT_EQ(connection_get_ethernet_state(client, &state), CONNECTION_ERROR_INVALID_OPERATION);
+    EXPECT_EQ(connection_create(&client), CONNECTION_ERROR_INVALID_OPERATION);
+}
+
+TEST_P(ConnectionContract, TellsOfAPulledAndPluggedCable) {
+    struct Heard {
+        std::vector<int> types;
+        std::vector<std::string> addresses;
+    } heard;
+    const auto onType = [](int type, void* data) { static_cast<Heard*>(data)->types.push_back(type); };
+    const auto onAddress = [](const char*, const char* ipv6, void* data) {
+        static_cast<Heard*>(data)->addresses.emplace_back(ipv6);
+    };
+    ASSERT_EQ(connection_set_type_changed_cb(client, onType, &heard), 0);
+    ASSERT_EQ(connection_set_ip_address_changed_cb(client, onAddress, &heard), 0);
+    GetParam().unplug();
+    ASSERT_TRUE(MainLoop::runUntil([&] { return !heard.types.empty() && !heard.addresses.empty(); }));
+    EXPECT_EQ(heard.types.back(), CONNECTION_TYPE_DISCONNECTED);
+    EXPECT_EQ(heard.addresses.back(), "");
+    int state = 0;
+    EXPECT_EQ(connection_get_ethernet_state(client, &state), 0);
+    EXPECT_EQ(state, CONNECTION_ETHERNET_DISCONNECTED);
+    EXPECT_EQ(wiredProfile(), nullptr);
+
+    ASSERT_EQ(connection_unset_type_changed_cb(client), 0);
+    GetParam().plug();
+    ASSERT_TRUE(MainLoop::runUntil([&] { return contract::isAddress(heard.addresses.back()); }));
+    EXPECT_EQ(heard.types.back(), CONNECTION_TYPE_DISCONNECTED);
+    EXPECT_NE(wiredProfile(), nullptr);
+}

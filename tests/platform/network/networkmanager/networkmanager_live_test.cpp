@@ -1,0 +1,138 @@
+// Against a real NetworkManager, in the namespaces of tests/end_to_end/real_network/tv_network.py.
+#include <cstdlib>
+#include <string>
+
+#include "../connection_contract.h"
+#include "network/networkmanager/networkmanager.h"
+
+namespace {
+
+constexpr const char* kOnlineUrl = "http://internet.tv-test/online";
+
+void shell(const std::string& command) {
+    ASSERT_EQ(std::system(command.c_str()), 0) << command;
+}
+
+void onRouter(const std::string& command) {
+    shell("nsenter -t " + std::string(std::getenv("TV_ROUTER_PID")) + " -n " + command);
+}
+
+void waitForConnection() {
+    shell("nm-online -q -t 30");
+}
+
+std::string openNetwork(const std::string& onlineUrl = "") {
+    if (std::getenv("TV_ROUTER_PID") == nullptr) return "not in the test network";
+    EXPECT_TRUE(network::networkManagerAnswers());
+    waitForConnection();
+    const auto selection = network::select("networkmanager", {onlineUrl});
+    EXPECT_TRUE(selection.selected) << selection.text;
+    return "";
+}
+
+NetworkUnderTest real() {
+    return {"networkmanager", [] { return openNetwork(); }, [] { onRouter("ip link set lan0 down"); },
+            [] { onRouter("ip link set lan0 up"); }, nullptr};
+}
+
+class NetworkManager : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (const std::string obstacle = openNetwork(); !obstacle.empty()) GTEST_SKIP() << obstacle;
+        connectClient();
+    }
+    void TearDown() override { network::release(); }
+
+    void connectClient() {
+        ASSERT_EQ(connection_create(&client), 0);
+        connection_profile_iterator iterator = nullptr;
+        ASSERT_EQ(connection_get_profile_iterator(client, CONNECTION_ITERATOR_CONNECTED, &iterator), 0);
+        ASSERT_EQ(connection_profile_iterator_next(iterator, &profile), 0);
+    }
+
+    int gateway() {
+        contract::Results results;
+        if (const int error = connection_profile_check_gateway6_async(profile, contract::record, &results))
+            return error;
+        EXPECT_TRUE(MainLoop::runUntil([&] { return !results.codes.empty(); }));
+        return results.codes.at(0);
+    }
+
+    int online() {
+        contract::Results results;
+        if (const int error = connection_get_is_online_ipv6_async(client, contract::record, &results)) return error;
+        EXPECT_TRUE(MainLoop::runUntil([&] { return !results.codes.empty(); }));
+        return results.codes.at(0);
+    }
+
+    MainLoop loop;
+    connection_handle client = nullptr;
+    connection_profile_handle profile = nullptr;
+};
+
+}  // namespace
+
+INSTANTIATE_TEST_SUITE_P(Real, ConnectionContract, testing::Values(real()),
+                         [](const auto& info) { return info.param.name; });
+
+TEST_F(NetworkManager, TellsOfANewAddress) {
+    std::string heard;
+    const auto onAddress = [](const char*, const char* ipv6, void* data) { *static_cast<std::string*>(data) = ipv6; };
+    ASSERT_EQ(connection_set_ip_address_changed_cb(client, onAddress, &heard), 0);
+    shell("ip -6 address add 2001:db8::5/64 dev eth0");
+    EXPECT_TRUE(MainLoop::runUntil([&] { return heard == "2001:db8::5"; })) << heard;
+    shell("ip -6 address del 2001:db8::5/64 dev eth0");
+    EXPECT_TRUE(MainLoop::runUntil([&] { return heard.starts_with("2001:db8:7:1:"); })) << heard;
+}
+
+// The kernel still believes in a neighbour that has just confirmed itself; the check must not.
+TEST_F(NetworkManager, DoesNotReachAGatewayThatHasJustVanished) {
+    for (const char* pingGroups : {"1 0", "0 2147483647"}) {
+        shell("echo " + std::string(pingGroups) + " >/proc/sys/net/ipv4/ping_group_range");
+        EXPECT_EQ(gateway(), CONNECTION_ERROR_NONE) << pingGroups;
+        onRouter("sysctl -qw net.ipv6.conf.lan0.forwarding=0 net.ipv6.conf.lan0.disable_ipv6=1");
+        EXPECT_EQ(gateway(), CONNECTION_ERROR_NO_REPLY) << pingGroups;
+        onRouter("sysctl -qw net.ipv6.conf.lan0.disable_ipv6=0 net.ipv6.conf.lan0.forwarding=1");
+        EXPECT_TRUE(MainLoop::runUntil([&] { return gateway() == CONNECTION_ERROR_NONE; }));
+    }
+}
+
+// A router whose firewall drops everything but neighbour discovery.
+TEST_F(NetworkManager, ReachesAGatewayThatAnswersOnlyNeighbourDiscovery) {
+    shell("echo 1 0 >/proc/sys/net/ipv4/ping_group_range");
+    onRouter("sysctl -qw net.ipv6.icmp.ratemask=0-255 net.ipv6.icmp.ratelimit=2000000000");
+    EXPECT_EQ(gateway(), CONNECTION_ERROR_NONE);
+    EXPECT_EQ(gateway(), CONNECTION_ERROR_NONE);
+    onRouter("sysctl -qw net.ipv6.icmp.ratelimit=1000");
+}
+
+struct OnlineCase {
+    const char* url;
+    int result;
+};
+
+TEST_F(NetworkManager, AsksAUrlWhenTheDaemonDoesNotCheck) {
+    const auto check = [](bool enabled) {
+        shell(std::string("dbus-send --system --print-reply --dest=org.freedesktop.NetworkManager "
+                          "/org/freedesktop/NetworkManager org.freedesktop.DBus.Properties.Set "
+                          "string:org.freedesktop.NetworkManager string:ConnectivityCheckEnabled variant:boolean:") +
+              (enabled ? "true" : "false") + " >/dev/null");
+    };
+    constexpr OnlineCase kCases[] = {
+        {kOnlineUrl, CONNECTION_ERROR_NONE},
+        {"http://internet.tv-test/portal", CONNECTION_ERROR_OFFLINE},
+        {"http://internet.tv-test:81/", CONNECTION_ERROR_OFFLINE},
+        {"http://nowhere.tv-test/", CONNECTION_ERROR_OFFLINE},
+        {"http://127.0.0.1/", CONNECTION_ERROR_OFFLINE},
+        {"file:///etc/hosts", CONNECTION_ERROR_INVALID_PARAMETER},
+        {"", CONNECTION_ERROR_INVALID_OPERATION},
+    };
+    check(false);
+    for (const auto& [url, result] : kCases) {
+        network::release();
+        openNetwork(url);
+        connectClient();
+        EXPECT_EQ(online(), result) << url;
+    }
+    check(true);
+}

@@ -1,0 +1,38 @@
+// A scenario file of one test.
+#pragma once
+
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+class TemporaryScenario {
+  public:
+    explicit TemporaryScenario(std::string_view text) {
+        std::string pattern = (std::filesystem::temp_directory_path() / "scenario-XXXXXX").string();
+        folder_ = mkdtemp(pattern.data());
+        std::ofstream(file()) << text;
+    }
+    ~TemporaryScenario() { std::filesystem::remove_all(folder_); }
+    TemporaryScenario(const TemporaryScenario&) = delete;
+    TemporaryScenario& operator=(const TemporaryScenario&) = delete;
+
+    std::string file() const { return folder_ / "network.json"; }
+    std::string choice() const { return "simulated=" + file(); }
+
+  private:
+    std::filesystem::path folder_;
+};
+
+// A connected wired network that answers every question in the next iterations.
+constexpr std::string_view kPromptNetwork = R"({
+  "interfaces": [{"kind": "ethernet", "mac": "02:00:5E:10:00:01"}],
+  "profiles": [{"id": "wired", "type": "ethernet", "state": "connected", "ipv4Address": "192.0.2.10",
+    "live": {"address": "2001:db8:1::10", "prefixLength": 64, "gateway": "fe80::1",
+             "dns": ["2001:db8:1::53", "2001:db8:1::54"], "dnsMode": "dynamic"}}],
+  "gateway": {"result": "NONE"},
+  "internet": {"result": "NONE"}
+})";
