@@ -1,0 +1,55 @@
+// The module's dynamic symbols: a platform of another maker must be able to stand in for ours.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <set>
+#include <string>
+
+#include "tool_output.h"
+
+namespace {
+
+using Names = std::set<std::string>;
+
+const std::regex kBoundary("^(ug_|vconf_|connection_|wifi_|vc_elm_|__dlog_print).*");
+
+Names symbols(const std::string& options, const std::string& file) {
+    const ToolOutput output = runTool(NM " -j " + options + " '" + file + "'");
+    EXPECT_EQ(output.status, 0) << file;
+    return {output.lines.begin(), output.lines.end()};
+}
+
+Names matching(const Names& names, const std::regex& pattern) {
+    Names found;
+    std::ranges::copy_if(names, std::inserter(found, found.end()),
+                         [&](const std::string& name) { return std::regex_search(name, pattern); });
+    return found;
+}
+
+TEST(Linkage, TheModuleExportsItsTwoEntriesOnly) {
+    EXPECT_EQ(symbols("-D --defined-only", MODULE_FILE), (Names{"UG_MODULE_INIT", "UG_MODULE_EXIT"}));
+}
+
+TEST(Linkage, ThePlatformOffersAllThatTheModuleCalls) {
+    const Names called = matching(symbols("-D --undefined-only", MODULE_FILE), kBoundary);
+    const Names offered = symbols("-D --defined-only", PLATFORM_FILE);
+    EXPECT_TRUE(called.contains("__dlog_print")) << "the pattern finds nothing";
+    for (const std::string& name : called)
+        EXPECT_TRUE(offered.contains(name)) << name;
+}
+
+TEST(Linkage, NothingOfThePlatformIsInsideTheModule) {
+    const std::regex ours("^_ZN?K?(5store|7logging|7network|4host)");
+    const Names inside = symbols("--defined-only", MODULE_FILE);
+    EXPECT_TRUE(inside.contains("UG_MODULE_INIT")) << "no symbol table";
+    EXPECT_EQ(matching(inside, kBoundary), Names{});
+    EXPECT_EQ(matching(inside, ours), Names{});
+    EXPECT_NE(matching(symbols("--defined-only", PLATFORM_FILE), ours), Names{}) << "the pattern finds nothing";
+    const ToolOutput dynamic = runTool(READELF " -d '" MODULE_FILE "'");
+    ASSERT_EQ(dynamic.status, 0);
+    for (const std::string& line : dynamic.lines)
+        EXPECT_EQ(line.find("libgadget-platform"), std::string::npos) << line;
+}
+
+}  // namespace
