@@ -20,6 +20,7 @@
 #include "host/language.h"
 #include "host/options.h"
 #include "host/remote_keys.h"
+#include "host/script_runner.h"
 #include "host/window.h"
 #include "log/log.h"
 #include "network/network.h"
@@ -98,23 +99,27 @@ Eina_Bool endOnSignal(void* /*data*/, int /*type*/, void* /*event*/) {
     return ECORE_CALLBACK_PASS_ON;
 }
 
-int runGadget(const host::HostOptions& options, Evas_Object* window) {
-    const auto onClosed = [] { elm_exit(); };
+int runGadget(const host::HostOptions& options, Evas_Object* window, host::ScriptRunner* script) {
+    const auto onClosed = [script] {
+        if (script == nullptr || script->isDone()) elm_exit();
+    };
     const host::OpenResult opened = host::openGadget(options.module, onClosed);
     if (opened.failure != host::OpenFailure::kNone) return complain(exitCodeOf(opened.failure), opened.message);
     host::followWindow(window);
     ecore_event_handler_add(ECORE_EVENT_SIGNAL_EXIT, endOnSignal, nullptr);
+    if (script != nullptr) script->start(window);
     elm_run();
+    const int exitCode = script == nullptr ? host::kExitClosed : script->exitCode();
     host::closeGadgetNow();
-    return host::kExitClosed;
+    return exitCode;
 }
 
-int runOnScreen(const host::HostOptions& options) {
+int runOnScreen(const host::HostOptions& options, host::ScriptRunner* script) {
     if (!hasDisplay()) return complain(host::kExitNoDisplay, "no display: DISPLAY is not set");
     if (const int failure = startServices(options)) return failure;
     Evas_Object* const window = openScreen(options);
     if (window == nullptr) return complain(host::kExitNoDisplay, "the window cannot be opened on this display");
-    const int exitCode = runGadget(options, window);
+    const int exitCode = runGadget(options, window, script);
     host::setWindow(nullptr);
     evas_object_del(window);
     network::release();
@@ -122,12 +127,20 @@ int runOnScreen(const host::HostOptions& options) {
 }
 
 int run(const host::HostOptions& options, int argc, char** argv) {
+    std::unique_ptr<host::ScriptRunner> script;
+    if (!options.script.empty()) {
+        script = std::make_unique<host::ScriptRunner>();
+        if (const std::string error = script->load(options.script); !error.empty()) {
+            return complain(host::kExitScript, error);
+        }
+    }
     host::chooseLanguage();
     ecore_app_no_system_modules();
     efreet_cache_disable();
     if (elm_init(argc, argv) == 0) return complain(host::kExitInternal, "the toolkit does not start");
     elm_policy_set(ELM_POLICY_QUIT, ELM_POLICY_QUIT_NONE);
-    const int exitCode = runOnScreen(options);
+    const int exitCode = runOnScreen(options, script.get());
+    script.reset();
     elm_shutdown();
     return exitCode;
 }
