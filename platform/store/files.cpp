@@ -57,7 +57,7 @@ fs::path freeName(const fs::path& file) {
     const fs::path dated = withSuffix(file, ".set-aside-" + utcStamp());
     fs::path name = dated;
     for (int count = 2; fs::exists(fs::symlink_status(name)); ++count) {
-        name = withSuffix(dated, "." + std::to_string(count));
+        name = withSuffix(dated, std::string(".").append(std::to_string(count)));
     }
     return name;
 }

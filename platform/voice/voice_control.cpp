@@ -11,7 +11,9 @@ constinit int users = 0;
 constinit int autoRegisterMode = 0;
 constinit int autoRegisterClick = 0;
 
-constexpr bool isSwitch(int value) { return value == 0 || value == 1; }
+constexpr bool isSwitch(int value) {
+    return value == 0 || value == 1;
+}
 
 }  // namespace
 
