@@ -3,12 +3,15 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "connection_manager.h"
 
 namespace network {
 
@@ -25,6 +28,17 @@ struct Profile {
     int type = 0;   // CONNECTION_PROFILE_TYPE_*
     int state = 0;  // CONNECTION_PROFILE_STATE_*
     Ipv6Values ipv6;
+};
+
+// IPv6 settings to change; what is absent stays as it is. Checked already: addresses are unicast ones, the prefix
+// length is 1 to 128, and an empty gateway or server means that there shall be none.
+struct Ipv6Settings {
+    std::optional<bool> isStatic;
+    std::optional<std::string> address;
+    std::optional<std::uint8_t> prefixLength;
+    std::optional<std::string> gateway;
+    std::optional<bool> dnsIsStatic;
+    std::map<int, std::string> dns;  // by order of use, from 1
 };
 
 // The answer to an asynchronous question: CONNECTION_ERROR_NONE or the error that came of it.
@@ -62,6 +76,12 @@ class Backend {
 
     virtual int askGateway(const std::string& profileId, Answer answer, std::unique_ptr<Question>& question) = 0;
     virtual int askOnline(Answer answer, std::unique_ptr<Question>& question) = 0;
+
+    // Stores the settings in the profile and applies them when it is connected. A static mode may come before its
+    // values: the profile keeps the live ones until then.
+    virtual int store(const std::string& /*id*/, const Ipv6Settings& /*settings*/) {
+        return CONNECTION_ERROR_OPERATION_FAILED;
+    }
 
     // At most one observer; null takes it away.
     virtual void observe(Observer* observer) = 0;

@@ -8,36 +8,20 @@ namespace {
 
 using network::backend;
 using network::connectionService;
+using network::familyError;
 using network::handleCall;
 using network::Ipv6Values;
 using network::Profile;
+using network::profileCall;
 using network::ProfileHandle;
 using network::ProfileIterator;
 
 constexpr int kNone = CONNECTION_ERROR_NONE;
 
-constexpr int familyError(int family) {
-    if (family == CONNECTION_ADDRESS_FAMILY_IPV6) return kNone;
-    return family == CONNECTION_ADDRESS_FAMILY_IPV4 ? CONNECTION_ERROR_ADDRESS_FAMILY_NOT_SUPPORTED
-                                                    : CONNECTION_ERROR_INVALID_PARAMETER;
-}
-
 // A value that the network has not given is NO_CONNECTION, as a profile that is gone is.
 int giveText(const std::string& text, char** out) {
     if (text.empty()) return CONNECTION_ERROR_NO_CONNECTION;
     return network::copyText(text, out);
-}
-
-bool clientLives(const ProfileHandle& profile) {
-    return connectionService().clients.find(profile.client) != nullptr;
-}
-
-// A call on a profile whose client lives. A clone outlasts its client, but can only be destroyed then.
-template <typename Body>
-int profileCall(std::string_view function, connection_profile_handle handle, bool argumentsGiven, Body body) {
-    return handleCall(function, connectionService().profiles, handle, argumentsGiven, [&](ProfileHandle& profile) {
-        return clientLives(profile) ? body(profile) : CONNECTION_ERROR_INVALID_OPERATION;
-    });
 }
 
 template <typename Read>
@@ -55,15 +39,18 @@ int readIpv6(std::string_view function, connection_profile_handle handle, int fa
         if (const int error = familyError(family); error != kNone) return error;
         Profile profile;
         const int error = backend()->profile(identity.id, profile);
-        return error == kNone ? read(profile.ipv6) : error;
+        if (error != kNone) return error;
+        network::overlay(identity.changes, profile.ipv6);
+        return read(profile.ipv6);
     });
 }
 
-// The service's own handle of a profile: the same one each time it is asked for.
+// The service's own handle of a profile: the same one each time, but handed out without changes that were never stored.
 connection_profile_handle handleOf(connection_handle client, const std::string& id) {
     auto& service = connectionService();
     connection_profile_handle& handle = service.clients.find(client)->profiles[id];
-    if (handle == nullptr) handle = service.profiles.add({client, id, false});
+    if (handle == nullptr) handle = service.profiles.add({client, id, false, {}});
+    service.profiles.find(handle)->changes = {};
     return handle;
 }
 

@@ -12,6 +12,7 @@
 #include "backend.h"
 #include "connection_manager.h"
 #include "handle_table.h"
+#include "ipv6_settings.h"
 #include "network.h"
 
 namespace network {
@@ -32,6 +33,7 @@ struct ProfileHandle {
     connection_handle client = nullptr;
     std::string id;
     bool isClone = false;
+    Ipv6Settings changes;  // set on the object, not stored yet
 };
 
 struct ProfileIterator {
@@ -88,6 +90,22 @@ int handleCall(std::string_view function, const HandleTable<Object>& table, cons
         if (handle == nullptr || !argumentsGiven) return CONNECTION_ERROR_INVALID_PARAMETER;
         Object* object = table.find(handle);
         return object == nullptr ? CONNECTION_ERROR_INVALID_OPERATION : body(*object);
+    });
+}
+
+// Of an address family argument.
+constexpr int familyError(int family) {
+    if (family == CONNECTION_ADDRESS_FAMILY_IPV6) return CONNECTION_ERROR_NONE;
+    return family == CONNECTION_ADDRESS_FAMILY_IPV4 ? CONNECTION_ERROR_ADDRESS_FAMILY_NOT_SUPPORTED
+                                                    : CONNECTION_ERROR_INVALID_PARAMETER;
+}
+
+// A call on a profile whose client lives. A clone outlasts its client, but can only be destroyed then.
+template <typename Body>
+int profileCall(std::string_view function, connection_profile_handle handle, bool argumentsGiven, Body body) {
+    const auto& service = connectionService();
+    return handleCall(function, service.profiles, handle, argumentsGiven, [&](ProfileHandle& profile) -> int {
+        return service.clients.find(profile.client) ? body(profile) : CONNECTION_ERROR_INVALID_OPERATION;
     });
 }
 

@@ -22,6 +22,16 @@ std::string readAddress(const Node& node, bool unchecked) {
     return text;
 }
 
+std::uint8_t readPrefixLength(const Node& node, bool unchecked) {
+    const long long length = node.whole();
+    node.require(prefixLengthFault(length, unchecked));
+    return static_cast<std::uint8_t>(length);
+}
+
+bool readDnsMode(const Node& node) {
+    return node.choice<bool>({{"static", true}, {"dynamic", false}});
+}
+
 // A result by name or by number.
 int readResult(const Node& node) {
     const std::string text = node.isText() ? node.text() : std::to_string(node.whole());
@@ -69,8 +79,7 @@ Ipv6Values readLiveValues(const Node& node, bool unchecked) {
     Ipv6Values live;
     if (const auto address = node.find("address")) live.address = readAddress(*address, unchecked);
     if (const auto length = node.find("prefixLength")) {
-        length->require(prefixLengthFault(length->whole(), unchecked));
-        live.prefixLength = static_cast<std::uint8_t>(length->whole());
+        live.prefixLength = readPrefixLength(*length, unchecked);
     }
     if (const auto gateway = node.find("gateway")) live.gateway = readAddress(*gateway, unchecked);
     if (const auto servers = node.find("dns")) {
@@ -78,13 +87,32 @@ Ipv6Values readLiveValues(const Node& node, bool unchecked) {
             live.dns.push_back(readAddress(server, unchecked));
     }
     if (const auto mode = node.find("dnsMode")) {
-        live.dnsIsStatic = mode->choice<bool>({{"static", true}, {"dynamic", false}});
+        live.dnsIsStatic = readDnsMode(*mode);
     }
     return live;
 }
 
+// Values that are left out are not configured.
+Ipv6Settings readConfigured(const Node& node, bool unchecked) {
+    node.allow({"mode", "address", "prefixLength", "gateway", "dnsMode", "dns"});
+    Ipv6Settings configured;
+    if (const auto mode = node.find("mode")) {
+        configured.isStatic = mode->choice<bool>({{"static", true}, {"automatic", false}});
+    }
+    if (const auto address = node.find("address")) configured.address = readAddress(*address, unchecked);
+    if (const auto length = node.find("prefixLength")) configured.prefixLength = readPrefixLength(*length, unchecked);
+    if (const auto gateway = node.find("gateway")) configured.gateway = readAddress(*gateway, unchecked);
+    if (const auto mode = node.find("dnsMode")) configured.dnsIsStatic = readDnsMode(*mode);
+    if (const auto servers = node.find("dns")) {
+        int order = 0;
+        for (const Node& server : servers->items())
+            configured.dns[++order] = readAddress(server, unchecked);
+    }
+    return configured;
+}
+
 ProfileRecord readProfile(const Node& node, bool unchecked) {
-    node.allow({"id", "type", "state", "registered", "live", "ipv4Address"});
+    node.allow({"id", "type", "state", "registered", "live", "configured", "ipv4Address"});
     ProfileRecord record;
     record.id = node.at("id").text();
     node.at("id").require(record.id.empty() ? "must not be empty" : textFault(record.id));
@@ -96,6 +124,7 @@ ProfileRecord readProfile(const Node& node, bool unchecked) {
                                                             {"disconnected", CONNECTION_PROFILE_STATE_DISCONNECTED}});
     if (const auto registered = node.find("registered")) record.registered = registered->flag();
     if (const auto live = node.find("live")) record.whenLinked.ipv6 = readLiveValues(*live, unchecked);
+    if (const auto set = node.find("configured")) record.configured = readConfigured(*set, unchecked);
     if (const auto ipv4 = node.find("ipv4Address")) {
         record.ipv4 = ipv4->text();
         ipv4->require(textFault(record.ipv4));

@@ -21,8 +21,9 @@ struct EthernetInterface {
 struct ProfileRecord {
     std::string id;
     bool registered = true;
-    Profile whenLinked;  // its state and values while the cable is in
-    std::string ipv4;    // for the address notification only
+    Profile whenLinked;  // its state and what the network gives it while the cable is in
+    Ipv6Settings configured;
+    std::string ipv4;  // for the address notification only
 };
 
 // How an asynchronous question is answered.

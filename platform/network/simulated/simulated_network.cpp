@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "ipv6_settings.h"
 #include "simulated.h"
 
 namespace network {
@@ -41,7 +42,7 @@ int SimulatedNetwork::ethernetState(int& state) {
 
 int SimulatedNetwork::macAddress(int connectionType, std::string& mac) {
     if (connectionType != CONNECTION_TYPE_ETHERNET || !state_.ethernet) return CONNECTION_ERROR_NO_CONNECTION;
-    if (!state_.ethernet->mac) return CONNECTION_ERROR_OPERATION_FAILED;
+    if (!state_.ethernet->mac) return CONNECTION_ERROR_NO_CONNECTION;
     mac = *state_.ethernet->mac;
     return CONNECTION_ERROR_NONE;
 }
@@ -80,7 +81,7 @@ int SimulatedNetwork::ask(Reply State::*reply, int whenDisconnected, Answer answ
 int SimulatedNetwork::askGateway(const std::string& profileId, Answer answer, std::unique_ptr<Question>& question) {
     const ProfileRecord* record = findProfile(state_, profileId);
     if (record == nullptr || !isConnected(state_, *record)) return CONNECTION_ERROR_NO_CONNECTION;
-    if (record->whenLinked.ipv6.gateway.empty()) return CONNECTION_ERROR_INVALID_GATEWAY;
+    if (seenProfile(state_, *record).ipv6.gateway.empty()) return CONNECTION_ERROR_INVALID_GATEWAY;
     return ask(&State::gateway, CONNECTION_ERROR_NO_CONNECTION, std::move(answer), question);
 }
 
@@ -98,16 +99,31 @@ int SimulatedNetwork::injectedFault(std::string_view function) {
 }
 
 std::string SimulatedNetwork::command(std::span<const std::string> words) {
+    std::string fault;
+    announce([&] { fault = applyCommand(state_, words); });
+    return fault;
+}
+
+int SimulatedNetwork::store(const std::string& id, const Ipv6Settings& settings) {
+    const auto record = std::find_if(state_.profiles.begin(), state_.profiles.end(),
+                                     [&](const ProfileRecord& known) { return known.id == id; });
+    if (record == state_.profiles.end()) return CONNECTION_ERROR_NO_CONNECTION;
+    announce([&] { merge(settings, record->configured); });
+    return CONNECTION_ERROR_NONE;
+}
+
+// Carries out a change of the state and queues what the observer must hear of it.
+template <typename Change>
+void SimulatedNetwork::announce(Change change) {
     const int typeBefore = connectionType(state_);
     const Addresses addressesBefore = addressesOf(state_);
-    if (std::string fault = applyCommand(state_, words); !fault.empty()) return fault;
+    change();
     if (const int type = connectionType(state_); type != typeBefore) {
         queueNotice([type](Observer& observer) { observer.connectionTypeChanged(type); });
     }
     if (const Addresses now = addressesOf(state_); now != addressesBefore) {
         queueNotice([now](Observer& observer) { observer.addressChanged(now.ipv4, now.ipv6); });
     }
-    return "";
 }
 
 void SimulatedNetwork::queueNotice(Notice notice) {

@@ -17,6 +17,7 @@ class SimulatedNetwork final : public Backend {
     int macAddress(int connectionType, std::string& mac) override;
     int profiles(int which, std::vector<std::string>& ids) override;
     int profile(const std::string& id, Profile& profile) override;
+    int store(const std::string& id, const Ipv6Settings& settings) override;
     int askGateway(const std::string& profileId, Answer answer, std::unique_ptr<Question>& question) override;
     int askOnline(Answer answer, std::unique_ptr<Question>& question) override;
     void observe(Observer* observer) override { observer_ = observer; }
@@ -27,6 +28,8 @@ class SimulatedNetwork final : public Backend {
     using Notice = std::function<void(Observer&)>;
 
     int ask(Reply State::*reply, int whenDisconnected, Answer answer, std::unique_ptr<Question>& question);
+    template <typename Change>
+    void announce(Change change);
     void queueNotice(Notice notice);
     void deliverNotice();
 

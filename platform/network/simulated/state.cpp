@@ -1,6 +1,7 @@
 // What a simulated network looks like from outside.
 #include <algorithm>
 
+#include "ipv6_settings.h"
 #include "scenario.h"
 
 namespace network::simulated {
@@ -20,8 +21,32 @@ int connectionType(const State& state) {
     return connectedProfile(state) == nullptr ? CONNECTION_TYPE_DISCONNECTED : CONNECTION_TYPE_WIFI;
 }
 
+namespace {
+
+// Settings count in their static mode only, and a static mode without values leaves what the network gave.
+Ipv6Values liveValues(const ProfileRecord& record) {
+    const Ipv6Settings& configured = record.configured;
+    Ipv6Values live = record.whenLinked.ipv6;
+    Ipv6Settings counting;
+    counting.dnsIsStatic = configured.dnsIsStatic.value_or(live.dnsIsStatic);
+    if (configured.isStatic.value_or(false) && configured.address) {
+        counting.address = configured.address;
+        counting.prefixLength = configured.prefixLength;
+        counting.gateway = configured.gateway;
+    }
+    if (*counting.dnsIsStatic && !configured.dns.empty()) {
+        live.dns.clear();
+        counting.dns = configured.dns;
+    }
+    overlay(counting, live);
+    return live;
+}
+
+}  // namespace
+
 Profile seenProfile(const State& state, const ProfileRecord& record) {
     Profile seen = record.whenLinked;
+    seen.ipv6 = liveValues(record);
     if (seen.type == CONNECTION_PROFILE_TYPE_ETHERNET && !linkIsUp(state)) {
         seen.state = CONNECTION_PROFILE_STATE_DISCONNECTED;
     }

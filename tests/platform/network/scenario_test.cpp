@@ -21,15 +21,6 @@ TEST(Scenario, EveryShippedOneLoadsAndDescribesItself) {
     }
 }
 
-TEST(Scenario, ExistsForEveryWiredVerdict) {
-    for (const char* name :
-         {"success", "mac-all-zero", "mac-all-ones", "cable-down", "no-address", "address-invalid", "gateway-down",
-          "gateway-silent", "gateway-retry", "internet-down", "internet-silent", "pulled-in-stage-one",
-          "pulled-in-stage-two", "late-address", "prefix-129", "two-profiles"}) {
-        EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(kShipped) / (std::string(name) + ".json"))) << name;
-    }
-}
-
 TEST(Scenario, PlaysItsEventsInOrderAndStopsWhenReleased) {
     const MainLoop loop;
     const std::string start(kPromptNetwork.substr(0, kPromptNetwork.rfind('}')));
