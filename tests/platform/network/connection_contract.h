@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -21,6 +21,10 @@ struct NetworkUnderTest {
     std::function<void()> unplug, plug;
     std::function<void()> close = [] {};
 };
+
+inline void PrintTo(const NetworkUnderTest& network, std::ostream* out) {
+    *out << network.name;
+}
 
 class ConnectionContract : public testing::TestWithParam<NetworkUnderTest> {
   protected:

@@ -92,8 +92,8 @@ TEST_F(ConnectionSettings, TakeEffectWhenTheyAreStoredAndAreTold) {
 
     setAddress("2001:db8:7::7", 48, "2001:db8:7::1");
     ASSERT_EQ(connection_profile_set_dns_config_type(profile, kIpv6, CONNECTION_DNS_CONFIG_STATIC), 0);
-    ASSERT_EQ(connection_profile_set_dns_address(profile, 1, kIpv6, "2001:db8:7::53"), 0);
-    ASSERT_EQ(connection_profile_set_dns_address(profile, 2, kIpv6, "::"), 0);
+    ASSERT_EQ(connection_profile_set_dns_address(profile, 2, kIpv6, "2001:db8:7::53"), 0);
+    ASSERT_EQ(connection_profile_set_dns_address(profile, 1, kIpv6, "::"), 0);
     ASSERT_EQ(connection_update_profile(client, profile), 0);
     EXPECT_TRUE(heard.empty()) << "from inside the call";
     MainLoop::settle();

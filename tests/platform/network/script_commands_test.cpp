@@ -72,6 +72,12 @@ TEST_F(ScriptCommands, DecideAQuestionThatIsUnderWay) {
     MainLoop::settle();
     EXPECT_EQ(gateway.codes, std::vector<int>{CONNECTION_ERROR_NO_CONNECTION});
     EXPECT_EQ(online.codes, std::vector<int>{CONNECTION_ERROR_OFFLINE});
+
+    ASSERT_EQ(network::command(Words{"plug"}), "");
+    ASSERT_EQ(connection_profile_check_gateway6_async(profile, contract::record, &gateway), 0);
+    ASSERT_EQ(network::command(Words{"gateway", "silent"}), "");
+    MainLoop::settle();
+    EXPECT_EQ(gateway.codes.size(), 1U);
 }
 
 TEST_F(ScriptCommands, ChangeTheLiveValuesAndTellOfANewAddress) {
