@@ -15,6 +15,7 @@ constexpr const char* kClientSignals[] = {"notify::" NM_CLIENT_NM_RUNNING, "noti
                                           "notify::" NM_CLIENT_CONNECTIONS};
 constexpr const char* kDeviceSignals[] = {"notify::" NM_DEVICE_STATE, "notify::" NM_DEVICE_INTERFACE_FLAGS,
                                           "notify::" NM_DEVICE_IP4_CONFIG, "notify::" NM_DEVICE_IP6_CONFIG};
+constexpr const char* kActivationSignal = "notify::" NM_ACTIVE_CONNECTION_STATE;
 constexpr const char* kAddressSignal = "notify::" NM_IP_CONFIG_ADDRESSES;
 
 bool isWired(NMDevice* device) {
@@ -134,6 +135,7 @@ void DaemonClient::watch() {
         for (const char* signal : kDeviceSignals) {
             signals_.add(device, signal, handler, this);
         }
+        signals_.add(nm_device_get_active_connection(device), kActivationSignal, handler, this);
         signals_.add(nm_device_get_ip4_config(device), kAddressSignal, handler, this);
         signals_.add(nm_device_get_ip6_config(device), kAddressSignal, handler, this);
     }

@@ -18,6 +18,15 @@ constinit int bridges = 0;
 constinit bool integrated = false;  // this Ecore runs GLib itself
 constinit Ecore_Select_Function previousSelect = nullptr;
 
+// An Ecore without GLib says so as an error in the log, though it is an answer here.
+bool integrateQuietly() {
+    const int level = eina_log_domain_level_get("ecore");
+    eina_log_domain_level_set("ecore", EINA_LOG_LEVEL_CRITICAL);
+    const bool done = ecore_main_loop_glib_integrate();
+    eina_log_domain_level_set("ecore", level);
+    return done;
+}
+
 struct Query {
     std::vector<GPollFD> descriptors;
     int timeoutMs = -1;
@@ -119,7 +128,7 @@ int bridgedSelect(int count, fd_set* readable, fd_set* writable, fd_set* failed,
 
 GlibBridge::GlibBridge() {
     if (bridges++ > 0) return;
-    integrated = ecore_main_loop_glib_integrate();
+    integrated = integrateQuietly();
     if (integrated) return;
     previousSelect = ecore_main_loop_select_func_get();
     if (previousSelect == nullptr) previousSelect = &select;

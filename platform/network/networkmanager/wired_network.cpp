@@ -58,8 +58,16 @@ NMActiveConnection* activationOf(NMClient* client, const std::string& id) {
     return best;
 }
 
+NMDevice* deviceOf(NMActiveConnection* active) {
+    const auto devices = itemsOf<NMDevice>(nm_active_connection_get_devices(active));
+    return devices.empty() ? nullptr : devices.front();
+}
+
+// The daemon keeps a profile active for some seconds after its cable is pulled; it is not connected all the same.
 int profileState(NMActiveConnection* active) {
-    switch (active == nullptr ? NM_ACTIVE_CONNECTION_STATE_UNKNOWN : nm_active_connection_get_state(active)) {
+    NMDevice* device = active == nullptr ? nullptr : deviceOf(active);
+    if (device == nullptr || !hasLink(device)) return CONNECTION_PROFILE_STATE_DISCONNECTED;
+    switch (nm_active_connection_get_state(active)) {
         case NM_ACTIVE_CONNECTION_STATE_ACTIVATED:
             return CONNECTION_PROFILE_STATE_CONNECTED;
         case NM_ACTIVE_CONNECTION_STATE_ACTIVATING:
@@ -69,9 +77,9 @@ int profileState(NMActiveConnection* active) {
     }
 }
 
-NMDevice* deviceOf(NMActiveConnection* active) {
-    const auto devices = itemsOf<NMDevice>(nm_active_connection_get_devices(active));
-    return devices.empty() ? nullptr : devices.front();
+bool isConnected(NMDevice* device) {
+    NMActiveConnection* active = nm_device_get_active_connection(device);
+    return active != nullptr && isWired(active) && profileState(active) == CONNECTION_PROFILE_STATE_CONNECTED;
 }
 
 // Without flags from the kernel every address is taken for usable; one that the kernel does not have is not.
@@ -116,8 +124,7 @@ bool dnsIsStatic(NMConnection* profile) {
 
 int rankOf(NMDevice* device) {
     if (!isManaged(device)) return 0;
-    NMActiveConnection* active = nm_device_get_active_connection(device);
-    if (active != nullptr && isWired(active) && nm_device_get_state(device) == NM_DEVICE_STATE_ACTIVATED) return 3;
+    if (isConnected(device)) return 3;
     return hasLink(device) ? 2 : 1;
 }
 
@@ -147,7 +154,7 @@ std::optional<Profile> readProfile(NMClient* client, const std::string& id) {
     NMActiveConnection* active = activationOf(client, id);
     Profile profile{CONNECTION_PROFILE_TYPE_ETHERNET, profileState(active), {}};
     profile.ipv6.dnsIsStatic = dnsIsStatic(NM_CONNECTION(stored));
-    if (active != nullptr) readLiveValues(active, profile.ipv6);
+    if (profile.state != CONNECTION_PROFILE_STATE_DISCONNECTED) readLiveValues(active, profile.ipv6);
     return profile;
 }
 
@@ -174,7 +181,7 @@ NMDevice* wiredDevice(NMClient* client) {
 ShownAddresses shownAddresses(NMClient* client) {
     ShownAddresses shown;
     NMDevice* device = wiredDevice(client);
-    if (device == nullptr) return shown;
+    if (device == nullptr || !isConnected(device)) return shown;
     shown.ipv4 = firstIpv4(device);
     NMIPConfig* config = nm_device_get_ip6_config(device);
     if (config == nullptr) return shown;

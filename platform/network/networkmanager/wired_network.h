@@ -12,7 +12,7 @@
 
 namespace network {
 
-// UUIDs of the wired profiles, veth's included; which: CONNECTION_ITERATOR_*. Connected are those that are activated.
+// UUIDs of the wired profiles, a veth's included; which: CONNECTION_ITERATOR_*. Connected: activated, and with a link.
 std::vector<std::string> wiredProfiles(NMClient* client, int which);
 
 // nullopt: there is no such wired profile.
@@ -30,6 +30,7 @@ struct ShownAddresses {
     bool settled = true;  // false: a duplicate address detection still runs, whose end nobody tells
     bool operator==(const ShownAddresses& other) const { return ipv4 == other.ipv4 && ipv6 == other.ipv6; }
 };
+// The addresses of the connected device; empty without one.
 ShownAddresses shownAddresses(NMClient* client);
 
 // The device's interface, by name in this network namespace.
