@@ -3,6 +3,8 @@
 #include <Eina.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 
 namespace logging {
 
@@ -33,6 +35,10 @@ void appendEscape(Eina_Unicode c, std::string& line) {
     line += escape;
 }
 
+struct Free {
+    void operator()(char* text) const { std::free(text); }
+};
+
 std::string_view withoutTrailingBreaks(std::string_view text) {
     const auto last = text.find_last_not_of(" \t\r\n");
     return last == std::string_view::npos ? std::string_view{} : text.substr(0, last + 1);
@@ -41,21 +47,12 @@ std::string_view withoutTrailingBreaks(std::string_view text) {
 }  // namespace
 
 bool format(const char* format, std::va_list arguments, std::string& text) {
-    std::va_list again;
-    va_copy(again, arguments);
-    char shortText[512];
-    const int length = std::vsnprintf(shortText, sizeof shortText, format, arguments);
-    if (length >= 0) {
-        const auto size = static_cast<std::size_t>(length);
-        if (size < sizeof shortText) {
-            text.assign(shortText, size);
-        } else {
-            text.resize(size);
-            std::vsnprintf(text.data(), size + 1, format, again);
-        }
-    }
-    va_end(again);
-    return length >= 0;
+    char* made = nullptr;
+    const int length = vasprintf(&made, format, arguments);
+    if (length < 0) return false;
+    const std::unique_ptr<char, Free> owned(made);
+    text.assign(made, static_cast<std::size_t>(length));
+    return true;
 }
 
 std::string clean(std::string_view text) {

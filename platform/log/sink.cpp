@@ -5,7 +5,6 @@
 #include <sys/uio.h>
 #include <syslog.h>
 #include <systemd/sd-journal.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,6 +12,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <string>
 #include <string_view>
 

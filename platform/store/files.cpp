@@ -4,7 +4,6 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <array>
@@ -12,6 +11,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <thread>
 
 namespace store {
@@ -111,7 +111,7 @@ bool makePrivate(const fs::path& file, std::string& why) {
 }
 
 fs::path setAside(const fs::path& file, std::string& why) {
-    const fs::path name = freeName(file);
+    fs::path name = freeName(file);
     for (const char* suffix : kSuffixes) {
         const fs::path from = withSuffix(file, suffix);
         if (rename(from.c_str(), withSuffix(name, suffix).c_str()) == 0 || errno == ENOENT) continue;
