@@ -6,6 +6,7 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")" && pwd)
 called_from=$PWD
 host=$root/build/dev/bin/gadget-host
+targets=(gadget-host ug-Ostrelle-efl gadget-resources gadget-networks)
 scenario=$root/platform/network/simulated/scenarios/success.json
 tour=$root/build/tour
 
@@ -13,7 +14,7 @@ build() {
     local log=$root/build/run.log
     mkdir -p build
     echo "Building (progress: build/run.log)"
-    if ! { cmake --preset dev && cmake --build --preset dev; } >"$log" 2>&1; then
+    if ! { cmake --preset dev && cmake --build --preset dev --target "${targets[@]}"; } >"$log" 2>&1; then
         tail -n 40 "$log" >&2
         echo "The build failed; everything it said is in build/run.log" >&2
         exit 1
