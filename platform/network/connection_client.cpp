@@ -24,12 +24,12 @@ class Notifier final : public network::Observer {
     }
 
     void addressChanged(const std::string& ipv4, const std::string& ipv6) override {
-        const std::string ipv4Text = ipv4, ipv6Text = ipv6;
+        const std::pair texts(ipv4, ipv6);  // the callback may end the network that the texts belong to
         for (const void* handle : connectionService().clients.handles()) {
             const Client* client = connectionService().clients.find(handle);
             if (client == nullptr || client->addressChanged.function == nullptr) continue;
             const auto [function, userData] = client->addressChanged;
-            function(ipv4Text.c_str(), ipv6Text.c_str(), userData);
+            function(texts.first.c_str(), texts.second.c_str(), userData);
         }
     }
 };
@@ -114,8 +114,8 @@ int connection_get_mac_address(connection_handle connection, int connection_type
 
 int connection_get_is_online_ipv6_async(connection_handle connection, connection_result_cb cb, void* user_data) {
     return handleCall(__func__, connectionService().clients, connection, cb != nullptr, [&](const Client&) -> int {
-        return network::startCheck(connection, cb, user_data, [](network::Answer answer, auto& question) {
-            return backend()->askOnline(std::move(answer), question);
+        return network::startCheck(connection, cb, user_data, [](const network::Answer& answer, auto& question) {
+            return backend()->askOnline(answer, question);
         });
     });
 }

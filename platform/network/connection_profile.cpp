@@ -159,8 +159,8 @@ int connection_profile_get_dns_config_type(connection_profile_handle profile, in
 int connection_profile_check_gateway6_async(connection_profile_handle profile, connection_result_cb cb,
                                             void* user_data) {
     return profileCall(__func__, profile, cb != nullptr, [&](const ProfileHandle& identity) -> int {
-        return network::startCheck(profile, cb, user_data, [&](network::Answer answer, auto& question) {
-            return backend()->askGateway(identity.id, std::move(answer), question);
+        return network::startCheck(profile, cb, user_data, [&](const network::Answer& answer, auto& question) {
+            return backend()->askGateway(identity.id, answer, question);
         });
     });
 }

@@ -68,8 +68,9 @@ std::string setEthernetState(State& state, Words words) {
         {"disconnected", CONNECTION_ETHERNET_DISCONNECTED},
         {"deactivated", CONNECTION_ETHERNET_DEACTIVATED},
     });
-    for (const auto& [name, value] : kStates) {
+    for (const auto& [name, known] : kStates) {
         if (name != words[0]) continue;
+        const int value = known;
         return changeInterface(state, [&](EthernetInterface& ethernet) {
             ethernet.state = value;
             return std::string();
@@ -172,7 +173,7 @@ std::string addFault(State& state, Words words) {
         added.times.reset();
     } else if (words.size() > 2) {
         const auto times = parseNumber<int>(words[2]);
-        if (const std::string fault = timesFault(times.value_or(0)); !fault.empty()) return fault;
+        if (std::string fault = timesFault(times.value_or(0)); !fault.empty()) return fault;
         added.times = times;
     }
     state.faults.push_back(added);

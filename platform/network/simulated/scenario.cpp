@@ -17,7 +17,7 @@ double readSeconds(const Node& node) {
 }
 
 std::string readAddress(const Node& node, bool unchecked) {
-    const std::string text = node.text();
+    std::string text = node.text();
     node.require(addressFault(text, unchecked));
     return text;
 }

@@ -68,11 +68,12 @@ int SimulatedNetwork::ask(Reply State::*reply, int whenDisconnected, Answer answ
                           std::unique_ptr<Question>& question) {
     auto asked = std::make_unique<TimedQuestion>();
     const Reply& now = state_.*reply;
-    const bool started = now.silent || asked->timer.start(now.delay, [this, reply, whenDisconnected, answer] {
-        const Reply then = state_.*reply;
-        if (then.silent) return;
-        answer(connectedProfile(state_) == nullptr ? whenDisconnected : then.result);
-    });
+    const bool started =
+        now.silent || asked->timer.start(now.delay, [this, reply, whenDisconnected, answer = std::move(answer)] {
+            const Reply then = state_.*reply;
+            if (then.silent) return;
+            answer(connectedProfile(state_) == nullptr ? whenDisconnected : then.result);
+        });
     if (!started) return CONNECTION_ERROR_OPERATION_FAILED;
     question = std::move(asked);
     return CONNECTION_ERROR_NONE;

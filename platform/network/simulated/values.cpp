@@ -24,13 +24,13 @@ std::string textFault(const std::string& text) {
 }
 
 std::string addressFault(const std::string& text, bool unchecked) {
-    if (const std::string fault = textFault(text); !fault.empty() || unchecked) return fault;
+    if (std::string fault = textFault(text); !fault.empty() || unchecked) return fault;
     std::array<unsigned char, sizeof(in6_addr)> address{};
     return inet_pton(AF_INET6, text.c_str(), address.data()) == 1 ? "" : quoted(text) + " is not an IPv6 address";
 }
 
 std::string macFault(const std::string& text, bool unchecked) {
-    if (const std::string fault = textFault(text); !fault.empty() || unchecked) return fault;
+    if (std::string fault = textFault(text); !fault.empty() || unchecked) return fault;
     static const std::regex form("([0-9A-Fa-f]{2}:){5}[0-9A-Fa-f]{2}");
     return std::regex_match(text, form) ? "" : quoted(text) + " is not a MAC address (six pairs of hexadecimal digits)";
 }

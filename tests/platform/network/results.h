@@ -22,7 +22,7 @@ inline void record(int result, void* userData) {
 }
 
 inline std::string take(char* text) {
-    const std::string copy = text == nullptr ? "" : text;
+    std::string copy = text == nullptr ? "" : text;
     std::free(text);
     return copy;
 }
