@@ -30,7 +30,7 @@ class NetworkManagerBackend final : public Backend {
     bool open(std::string& error) {
         if (!daemon_.open(kOpenLimit, error)) return false;
         if (NMClient* client = daemon_.running()) {
-            link_ = linkState(client);
+            link_ = knownLink(client);
             addresses_ = shownAddresses(client);
         }
         return true;
@@ -47,11 +47,7 @@ class NetworkManagerBackend final : public Backend {
     // A hardware address outlives the daemon: the last one is kept for the time without it.
     int macAddress(int connectionType, std::string& mac) override {
         if (connectionType != CONNECTION_TYPE_ETHERNET) return CONNECTION_ERROR_NO_CONNECTION;
-        if (NMClient* client = daemon_.running()) {
-            NMDevice* device = wiredDevice(client);
-            const char* found = device == nullptr ? nullptr : nm_device_get_hw_address(device);
-            if (found != nullptr) mac_ = found;
-        }
+        if (NMClient* client = daemon_.running()) rememberMac(client);
         if (mac_.empty()) return CONNECTION_ERROR_NO_CONNECTION;
         mac = mac_;
         return CONNECTION_ERROR_NONE;
@@ -95,10 +91,33 @@ class NetworkManagerBackend final : public Backend {
     void observe(Observer* observer) override { observer_ = observer; }
 
   private:
+    void rememberMac(NMClient* client) {
+        NMDevice* device = wiredDevice(client);
+        const char* found = device == nullptr ? nullptr : nm_device_get_hw_address(device);
+        if (found != nullptr) mac_ = found;
+    }
+
+    // What is told of the cable. An unmanaged device says nothing about it, and neither do devices that go just before
+    // the daemon itself does.
+    std::optional<int> knownLink(NMClient* client) {
+        const auto link = linkState(client);
+        if (link != CONNECTION_ETHERNET_DEACTIVATED) {
+            withoutDeviceSince_.reset();
+            return link;
+        }
+        if (wiredDevice(client) != nullptr) return std::nullopt;
+        const double now = ecore_time_get();
+        if (!withoutDeviceSince_) withoutDeviceSince_ = now;
+        if (now - *withoutDeviceSince_ >= kSettleSeconds) return link;
+        settle_.start(kSettleSeconds, [this] { compare(); });
+        return std::nullopt;
+    }
+
     // What is unknown while the daemon is away is no change; that it is known again is one.
     void compare() {
         NMClient* client = daemon_.running();
-        const auto link = client == nullptr ? std::nullopt : linkState(client);
+        if (client != nullptr) rememberMac(client);
+        const auto link = client == nullptr ? std::nullopt : knownLink(client);
         const bool linkChanged = link && link != link_;
         link_ = link;
         const ShownAddresses addresses = client == nullptr ? addresses_ : shownAddresses(client);
@@ -123,6 +142,7 @@ class NetworkManagerBackend final : public Backend {
     const Options options_;
     Observer* observer_ = nullptr;
     std::optional<int> link_;  // nullopt: unknown
+    std::optional<double> withoutDeviceSince_;
     ShownAddresses addresses_;
     std::string mac_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);

@@ -9,17 +9,14 @@ mounts away, also after a crash. NetworkManager gets a private bus at the usual 
 to be told of it. Commands can change the network through Controls (see below) or, in other languages, through the
 variable TV_ROUTER_PID and nsenter(1).
 """
-import json
 import os
 import pathlib
 import shutil
-import signal
 import subprocess
 import sys
 import tempfile
 import textwrap
 import time
-import urllib.request
 
 SKIPPED = 77
 TV_LINK, ROUTER_LINK = "eth0", "lan0"
@@ -114,8 +111,8 @@ class Controls:
     def start(self, name, *command, router=False):
         if router:
             command = ("nsenter", "-t", str(self.router.pid), "-n", *command)
-        log = open(self.folder / f"{name}.log", "ab")
-        self.processes[name] = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+        with open(self.folder / f"{name}.log", "ab") as log:
+            self.processes[name] = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
 
     def stop(self, name):
         process = self.processes.pop(name, None)
@@ -133,12 +130,10 @@ class Controls:
             self.on_router("ip", "-6", "address", "replace", address, "dev", link, "nodad")
 
     def gateway(self, answers):
-        """A router that is still plugged in, but no longer answers anything, neighbour discovery included."""
+        """A router whose link is up, but that no longer answers anything, neighbour discovery included."""
+        self.on_router("sysctl", "-qw", f"net.ipv6.conf.{ROUTER_LINK}.disable_ipv6={0 if answers else 1}")
         if answers:
-            self.on_router("tc", "qdisc", "del", "dev", ROUTER_LINK, "root")
-        else:
-            self.on_router("tc", "qdisc", "add", "dev", ROUTER_LINK, "root", "tbf", "rate", "8bit", "burst", "1",
-                           "limit", "1")
+            self.router_addresses()
 
     def advertisements(self, sent):
         if not sent:
@@ -220,7 +215,7 @@ def bring_up(controls):
 
 def refusal():
     """Why this machine cannot have such a network, or None."""
-    missing = [tool for tool in ("unshare", "nsenter", "ip", "tc", "ss", "radvd", "dbus-daemon", "NetworkManager",
+    missing = [tool for tool in ("unshare", "nsenter", "ip", "sysctl", "ss", "radvd", "dbus-daemon", "NetworkManager",
                                  "nmcli") if shutil.which(tool) is None]
     if missing:
         return f"not installed: {' '.join(missing)}"
