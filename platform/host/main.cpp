@@ -9,12 +9,7 @@
 #include <memory>
 #include <string>
 
-#if __has_include("host/appearance.h")
 #include "host/appearance.h"
-#define HOST_HAS_APPEARANCE 1
-#else
-#define HOST_HAS_APPEARANCE 0
-#endif
 #include "host/exit_codes.h"
 #include "host/gadget_runtime.h"
 #include "host/language.h"
@@ -29,7 +24,7 @@
 
 namespace {
 
-[[maybe_unused]] constexpr const char* kHighContrastKey = "db/menu/system/accessibility/highcontrast";
+constexpr const char* kHighContrastKey = "db/menu/system/accessibility/highcontrast";
 
 int complain(int exitCode, const std::string& message) {
     std::cerr << "gadget-host: " << message << '\n';
@@ -78,17 +73,13 @@ int startServices(const host::HostOptions& options) {
 }
 
 Evas_Object* openScreen(const host::HostOptions& options) {
-#if HOST_HAS_APPEARANCE
     host::applyTheme();
     int highContrast = 0;
     vconf_get_int(kHighContrastKey, &highContrast);
     host::applyContrast(highContrast != 0);
-#endif
     Evas_Object* const window = host::openWindow(options.size, options.fullscreen);
     if (window == nullptr) return nullptr;
-#if HOST_HAS_APPEARANCE
     host::addBackdrop(window);
-#endif
     host::mapKeyboard();
     host::setWindow(window);
     return window;

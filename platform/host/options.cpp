@@ -34,6 +34,14 @@ void take(std::string& target, const char* text) {
     if (text != nullptr) target = text;
 }
 
+// Ecore_Getopt takes a lone "-" for an option; the name of its file is the same to everybody.
+void nameInput(int argc, char** argv) {
+    static char input[] = "/dev/stdin";
+    for (int i = 2; i < argc; ++i) {
+        if (std::string_view(argv[i - 1]) == "--script" && std::string_view(argv[i]) == "-") argv[i] = input;
+    }
+}
+
 void printExitCodes() {
     std::cout << "\nExit codes:\n";
     for (const host::ExitText& row : host::kExitTexts) {
@@ -79,6 +87,7 @@ bool parseSize(const std::string& text, Size& size) {
 }
 
 ParsedOptions parseOptions(int argc, char** argv) {
+    nameInput(argc, argv);
     Given given;
     Ecore_Getopt_Value values[] = {
         ECORE_GETOPT_VALUE_STR(given.module),

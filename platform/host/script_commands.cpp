@@ -226,7 +226,8 @@ void parseWait(Arguments& arguments, Command& command) {
 
 void parseShot(Arguments& arguments, Command& command) {
     command.act = [file = arguments.take("the file's name")](const Stage& stage) {
-        return Outcome{host::screen::savePicture(stage.window, file), file};
+        const bool saved = host::screen::savePicture(stage.window, file);
+        return Outcome{saved, (saved ? "" : "cannot write ") + file};
     };
 }
 

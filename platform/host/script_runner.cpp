@@ -36,7 +36,7 @@ ScriptRunner::~ScriptRunner() {
 }
 
 std::string ScriptRunner::load(const std::string& file) {
-    readsInput_ = file == "-";
+    readsInput_ = file == "-" || file == "/dev/stdin";
     name_ = readsInput_ ? "standard input" : file;
     if (readsInput_) return "";
     std::ifstream input(file);

@@ -13,17 +13,17 @@
 
 struct HostSetup {
     // What the network is like: the path of a scenario, or the scenario itself as JSON. Empty: everything answers.
-    std::string network;
+    std::string network{};
     // What the settings store holds before the start: texts, or integers.
-    std::vector<std::pair<std::string, std::variant<std::string, int>>> store;
+    std::vector<std::pair<std::string, std::variant<std::string, int>>> store{};
     // The script's lines; raw string literals may be indented. Empty: no script.
-    std::string script;
+    std::string script{};
     // Standard input; a script that comes this way needs the arguments {"--script", "-"}.
-    std::string input;
+    std::string input{};
     // More environment; these win over the usual one, and an empty value unsets the variable.
-    std::vector<std::pair<std::string, std::string>> environment;
-    std::string module;                  // empty: the gadget
-    std::vector<std::string> arguments;  // further options
+    std::vector<std::pair<std::string, std::string>> environment{};
+    std::string module{};                  // empty: the gadget
+    std::vector<std::string> arguments{};  // further options
     bool realClock = false;
     int timeout = 60;  // seconds of real time; a run that takes longer is killed and fails the test
 };
