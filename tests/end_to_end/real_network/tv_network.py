@@ -12,6 +12,7 @@ variable TV_ROUTER_PID and nsenter(1).
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -108,6 +109,9 @@ class Controls:
     def on_router(self, *command):
         return run("nsenter", "-t", str(self.router.pid), "-n", *command)
 
+    def router_setting(self, name, value):
+        self.on_router("sh", "-c", f"echo {value} >/proc/sys/net/ipv6/conf/{name}")
+
     def start(self, name, *command, router=False):
         if router:
             command = ("nsenter", "-t", str(self.router.pid), "-n", *command)
@@ -131,7 +135,7 @@ class Controls:
 
     def gateway(self, answers):
         """A router whose link is up, but that no longer answers anything, neighbour discovery included."""
-        self.on_router("sysctl", "-qw", f"net.ipv6.conf.{ROUTER_LINK}.disable_ipv6={0 if answers else 1}")
+        self.router_setting(f"{ROUTER_LINK}/disable_ipv6", 0 if answers else 1)
         if answers:
             self.router_addresses()
 
@@ -177,9 +181,15 @@ class Controls:
             print(f"--- {file.name}", *lines, sep="\n", file=sys.stderr)
 
 
+def mount_points():
+    lines = pathlib.Path("/proc/self/mountinfo").read_text().splitlines()
+    return [line.split()[4] for line in lines if "shared:" in line]
+
+
 def private_mounts(folder):
     """The daemon must meet no state of an earlier run, and a /sys that shows this namespace and is read-only."""
-    run("mount", "--make-rprivate", "/")
+    for place in mount_points():
+        run("mount", "--make-private", place)
     run("mount", "-t", "sysfs", "-o", "ro", "sysfs", "/sys")
     for place in ("/run", "/var/lib/NetworkManager"):
         run("mount", "-t", "tmpfs", "tmpfs", place)
@@ -205,7 +215,7 @@ def bring_up(controls):
     own = os.readlink("/proc/self/ns/net")
     wait_until(lambda: os.readlink(f"/proc/{controls.router.pid}/ns/net") != own, "the router's namespace")
     run("ip", "link", "add", TV_LINK, "type", "veth", "peer", "name", ROUTER_LINK, "netns", str(controls.router.pid))
-    controls.on_router("sysctl", "-qw", "net.ipv6.conf.all.forwarding=1")
+    controls.router_setting("all/forwarding", 1)
     controls.on_router("ip", "link", "set", "lo", "up")
     controls.cable(True)
     controls.start("bus", "dbus-daemon", "--nofork", "--config-file", str(controls.folder / "bus.conf"))
@@ -215,16 +225,20 @@ def bring_up(controls):
 
 def refusal():
     """Why this machine cannot have such a network, or None."""
-    missing = [tool for tool in ("unshare", "nsenter", "ip", "sysctl", "ss", "radvd", "dbus-daemon", "NetworkManager",
+    missing = [tool for tool in ("setpriv", "unshare", "nsenter", "ip", "ss", "radvd", "dbus-daemon", "NetworkManager",
                                  "nmcli") if shutil.which(tool) is None]
     if missing:
         return f"not installed: {' '.join(missing)}"
-    probe = subprocess.run([*NAMESPACES, "mount", "-t", "sysfs", "sysfs", "/sys"], capture_output=True, text=True)
+    probe = subprocess.run([*namespaces(), "true"], capture_output=True, text=True)
     return None if probe.returncode == 0 else f"namespaces are refused: {probe.stderr.strip()}"
 
 
-NAMESPACES = ["unshare", *([] if os.geteuid() == 0 else ["--map-root-user"]), "--mount", "--pid", "--net",
-              "--fork", "--kill-child", "--mount-proc"]
+def namespaces():
+    """In a chroot the root may be no mount, whose propagation unshare(1) cannot change; set_up() does it there."""
+    mounts = pathlib.Path("/proc/self/mountinfo").read_text().splitlines()
+    root_is_mount = any(line.split()[4] == "/" for line in mounts)
+    return ["setpriv", "--pdeathsig", "KILL", "unshare", *([] if os.geteuid() == 0 else ["--map-root-user"]), "--mount", "--pid", "--net", "--fork",
+            "--kill-child", "--propagation", "private" if root_is_mount else "unchanged", "--mount-proc"]
 
 
 def enter(script, arguments):
@@ -234,9 +248,10 @@ def enter(script, arguments):
     if reason is not None:
         print(f"SKIPPED: {reason}")
         return SKIPPED
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # so that the folder goes, too
     folder = tempfile.mkdtemp(prefix="tv-network-")
     try:
-        return subprocess.run([*NAMESPACES, sys.executable, script, *arguments],
+        return subprocess.run([*namespaces(), sys.executable, script, *arguments],
                               env={**os.environ, "TV_NETWORK_FOLDER": folder}).returncode
     finally:
         shutil.rmtree(folder, ignore_errors=True)

@@ -17,6 +17,10 @@ void onRouter(const std::string& command) {
     shell("nsenter -t " + std::string(std::getenv("TV_ROUTER_PID")) + " -n " + command);
 }
 
+void routerHasIpv6(bool has) {
+    onRouter(std::string("sh -c 'echo ") + (has ? "0" : "1") + " >/proc/sys/net/ipv6/conf/lan0/disable_ipv6'");
+}
+
 void waitForConnection() {
     shell("nm-online -q -t 30");
 }
@@ -98,9 +102,9 @@ TEST_F(NetworkManager, DoesNotReachAGatewayThatHasJustVanished) {
     for (const char* pingGroups : {"1 0", "0 2147483647"}) {
         shell("echo " + std::string(pingGroups) + " >/proc/sys/net/ipv4/ping_group_range");
         EXPECT_EQ(gateway(), CONNECTION_ERROR_NONE) << pingGroups;
-        onRouter("sysctl -qw net.ipv6.conf.lan0.disable_ipv6=1");
+        routerHasIpv6(false);
         EXPECT_EQ(gateway(), CONNECTION_ERROR_NO_REPLY) << pingGroups;
-        onRouter("sysctl -qw net.ipv6.conf.lan0.disable_ipv6=0");
+        routerHasIpv6(true);
         onRouter("ip -6 address replace 2001:db8:7:1::1/64 dev lan0 nodad");
     }
 }
