@@ -1,10 +1,13 @@
 #include "host/appearance.h"
 
 #include <Elementary.h>
+#include <gadget_paths.h>
 
 #include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
 
-#include "gadget_paths.h"
 #include "platform_log.h"
 
 namespace {
@@ -13,38 +16,10 @@ constexpr const char* kThemeFile = GADGET_HOST_FOLDER "/tv-theme.edj";
 constexpr const char* kBackdropGroup = "host/backdrop";
 constexpr const char* kTag = "GADGET_HOST";
 
-struct Colour {
-    int red, green, blue, alpha;
-};
+// A colour class of this ending holds the high-contrast value of the class without it.
+constexpr std::string_view kContrastEnding = "/contrast";
 
-struct ContrastColour {
-    const char* colourClass;
-    Colour colour;
-};
-
-constexpr Colour kBlack{0, 0, 0, 255};
-constexpr Colour kWhite{255, 255, 255, 255};
-constexpr Colour kYellow{255, 229, 0, 255};
-
-// What changes in high contrast; the layout files hold the normal values.
-constexpr ContrastColour kContrastColours[] = {
-    {"gadget/scrim", {4, 7, 12, 219}},
-    {"gadget/panel", kBlack},
-    {"gadget/edge", kWhite},
-    {"gadget/row", kBlack},
-    {"gadget/control", kBlack},
-    {"gadget/control/line", kWhite},
-    {"gadget/field", kBlack},
-    {"gadget/line", kWhite},
-    {"gadget/text", kWhite},
-    {"gadget/text/secondary", kWhite},
-    {"gadget/text/disabled", {189, 189, 189, 255}},
-    {"gadget/focus", kYellow},
-    {"gadget/focus/text", kBlack},
-    {"gadget/focus/ring", kWhite},
-    {"gadget/pressed", kWhite},
-    {"gadget/info", kWhite},
-};
+using MappedFile = std::unique_ptr<Eina_File, decltype(&eina_file_close)>;
 
 bool isThemeApplied() {
     const Eina_List* node = nullptr;
@@ -53,6 +28,12 @@ bool isThemeApplied() {
         if (std::strcmp(static_cast<const char*>(known), kThemeFile) == 0) return true;
     }
     return false;
+}
+
+void switchColour(const std::string& name, const Edje_Color_Class& contrast, bool highContrast) {
+    if (!highContrast) return edje_color_class_del(name.c_str());
+    // The outline and shadow colours of texts are not used.
+    edje_color_class_set(name.c_str(), contrast.r, contrast.g, contrast.b, contrast.a, 0, 0, 0, 0, 0, 0, 0, 0);
 }
 
 }  // namespace
@@ -69,20 +50,21 @@ void applyTheme() {
 }
 
 void applyContrast(bool highContrast) {
-    for (const ContrastColour& entry : kContrastColours) {
-        if (!highContrast) {
-            edje_color_class_del(entry.colourClass);
-            continue;
-        }
-        // The text's outline and shadow colours are not used.
-        const Colour& c = entry.colour;
-        edje_color_class_set(entry.colourClass, c.red, c.green, c.blue, c.alpha, 0, 0, 0, 0, 0, 0, 0, 0);
+    const MappedFile theme(eina_file_open(kThemeFile, EINA_FALSE), &eina_file_close);
+    Eina_Iterator* const classes = theme ? edje_mmap_color_class_iterator_new(theme.get()) : nullptr;
+    void* found = nullptr;
+    EINA_ITERATOR_FOREACH(classes, found) {
+        const auto& contrast = *static_cast<const Edje_Color_Class*>(found);
+        const std::string_view name = contrast.name;
+        if (!name.ends_with(kContrastEnding)) continue;
+        switchColour(std::string(name.substr(0, name.size() - kContrastEnding.size())), contrast, highContrast);
     }
+    eina_iterator_free(classes);
 }
 
 Evas_Object* addBackdrop(Evas_Object* window) {
     if (!window) return nullptr;
-    Evas_Object* backdrop = elm_layout_add(window);
+    Evas_Object* const backdrop = elm_layout_add(window);
     if (!backdrop) return nullptr;
     elm_layout_file_set(backdrop, kThemeFile, kBackdropGroup);
     evas_object_size_hint_weight_set(backdrop, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);

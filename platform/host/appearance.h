@@ -5,13 +5,20 @@
 
 namespace host {
 
-// Gives the toolkit's `default` styles the TV's look, once a process. Says so in the log when the file is missing.
+/** Gives the toolkit's `default` styles the TV's look, once a process. A missing theme file gets one line in the log.
+ */
 void applyTheme();
 
-// Sets every colour of the gadgets to its high-contrast value, or back to its own.
+/**
+ * Switches the colours of all widgets, present and to come.
+ * @param highContrast true for the high-contrast value of every colour class, false for its own value
+ */
 void applyContrast(bool highContrast);
 
-// The menu that stands behind a gadget; it fills the window. Null when the window is.
+/**
+ * Puts the menu that stands behind a gadget on the window; it follows the window's size.
+ * @return the backdrop, owned by the window, or null when the window is null; without the theme file it draws nothing
+ */
 Evas_Object* addBackdrop(Evas_Object* window);
 
 }  // namespace host
