@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 #if defined(__SANITIZE_ADDRESS__)
 #define HOST_KEEPS_MODULES_LOADED 1
@@ -31,10 +32,12 @@ struct CloseLibrary {
     }
 };
 
+using Library = std::unique_ptr<void, CloseLibrary>;
+
 }  // namespace
 
 struct ug_gadget {
-    std::unique_ptr<void, CloseLibrary> library;
+    Library library;
     Exit exit = nullptr;
     ug_operations operations{};
     Evas_Object* view = nullptr;
@@ -47,6 +50,7 @@ namespace {
 
 constinit void* window = nullptr;
 std::unique_ptr<ug_gadget> gadget;
+std::vector<Library> closedLibraries;
 
 ug_handle handle() {
     return gadget.get();
@@ -74,6 +78,7 @@ void endGadget() {
     call(gadget->operations.destroy, ug_data{});
     deleteView();
     gadget->exit(&gadget->operations);
+    closedLibraries.push_back(std::move(gadget->library));
     gadget.reset();
 }
 
@@ -114,6 +119,7 @@ namespace host {
 
 void setWindow(void* newWindow) {
     window = newWindow;
+    if (window == nullptr) closedLibraries.clear();
 }
 
 OpenResult openGadget(const std::string& file, std::function<void()> onClosed) {

@@ -22,7 +22,8 @@ struct OpenResult {
     std::string message;  // one line that says what failed and where; empty on success
 };
 
-// The window that ug_get_window hands out: an Evas_Object, or null. It stays the caller's.
+// The window that ug_get_window hands out: an Evas_Object, or null. It stays the caller's. A null window also unloads
+// the modules of closed gadgets: as long as there is a window, it may hold widgets that they forgot.
 PLATFORM_API void setWindow(void* window);
 
 /**

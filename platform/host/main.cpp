@@ -111,8 +111,8 @@ int runOnScreen(const host::HostOptions& options, host::ScriptRunner* script) {
     Evas_Object* const window = openScreen(options);
     if (window == nullptr) return complain(host::kExitNoDisplay, "the window cannot be opened on this display");
     const int exitCode = runGadget(options, window, script);
-    host::setWindow(nullptr);
     evas_object_del(window);
+    host::setWindow(nullptr);
     network::release();
     return exitCode;
 }

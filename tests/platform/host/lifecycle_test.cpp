@@ -42,6 +42,11 @@ const std::vector<Recorded>& recorded() {
          "wait 2",
          0,
          {"init", "create", "start", "timer over", "destroy", "view gone", "exit"}},
+        {"StaysLoadedForWhatItForgot",
+         "forgetful",
+         "quit",
+         0,
+         {"init", "create", "start", "destroy", "view gone", "exit", "forgotten widget gone"}},
         {"RefusedInit", "refusing", "", 6, {"init"}},
         {"NoView", "no-view", "", 7, {"init", "create", "destroy", "exit"}},
     };

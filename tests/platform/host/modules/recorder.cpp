@@ -50,6 +50,16 @@ void recordViewEnd(void* /*data*/, Evas* /*canvas*/, Evas_Object* /*view*/, void
     record("view gone");
 }
 
+void recordForgotten(void* /*data*/, Evas* /*canvas*/, Evas_Object* /*widget*/, void* /*event*/) {
+    record("forgotten widget gone");
+}
+
+// Leaves a widget in the window that calls back into this module when it goes.
+void forgetWidget() {
+    Evas_Object* const widget = elm_layout_add(static_cast<Evas_Object*>(ug_get_window()));
+    evas_object_event_callback_add(widget, EVAS_CALLBACK_DEL, recordForgotten, nullptr);
+}
+
 void* create(ug_handle ug, int /*mode*/, ug_data /*data*/, void* priv) {
     self = ug;
     recordCall("create", ug, priv);
@@ -60,6 +70,7 @@ void* create(ug_handle ug, int /*mode*/, ug_data /*data*/, void* priv) {
     Evas_Object* const view =
         evas_object_rectangle_add(evas_object_evas_get(static_cast<Evas_Object*>(ug_get_window())));
     evas_object_event_callback_add(view, EVAS_CALLBACK_DEL, recordViewEnd, nullptr);
+    if (behaves("forgetful")) forgetWidget();
     return view;
 }
 
