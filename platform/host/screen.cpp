@@ -109,10 +109,11 @@ std::string seenText(Evas_Object* object) {
 std::string seenPicture(Evas_Object* object) {
     if (!isType(object, "image")) return "";
     const char* file = nullptr;
-    const char* key = nullptr;
-    evas_object_image_file_get(object, &file, &key);
-    if (file == nullptr || key != nullptr || !isSeen(object)) return "";
-    return std::filesystem::path(file).filename();
+    evas_object_image_file_get(object, &file, nullptr);
+    // A picture inside a layout file belongs to the layout; a key on any other file is only its user's name for it.
+    if (file == nullptr || !isSeen(object)) return "";
+    const std::filesystem::path path(file);
+    return path.extension() == ".edj" ? "" : path.filename().string();
 }
 
 std::vector<Text> texts(Evas_Object* root) {
