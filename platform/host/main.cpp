@@ -80,7 +80,6 @@ Evas_Object* openScreen(const host::HostOptions& options) {
     Evas_Object* const window = host::openWindow(options.size, options.fullscreen);
     if (window == nullptr) return nullptr;
     host::addBackdrop(window);
-    host::mapKeyboard();
     host::setWindow(window);
     return window;
 }
@@ -110,6 +109,7 @@ int runOnScreen(const host::HostOptions& options, host::ScriptRunner* script) {
     if (const int failure = startServices(options)) return failure;
     Evas_Object* const window = openScreen(options);
     if (window == nullptr) return complain(host::kExitNoDisplay, "the window cannot be opened on this display");
+    const host::KeyboardMapping mapping;
     const int exitCode = runGadget(options, window, script);
     evas_object_del(window);
     host::setWindow(nullptr);

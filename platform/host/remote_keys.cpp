@@ -1,6 +1,5 @@
 #include "host/remote_keys.h"
 
-#include <Ecore.h>
 #include <Ecore_Input.h>
 
 #include <algorithm>
@@ -65,8 +64,10 @@ Key mapKey(const char* keyname, const char* key, const char* text) {
     return {keyname, key, text};
 }
 
-void mapKeyboard() {
-    ecore_event_filter_add(nullptr, renameKey, nullptr, nullptr);
+KeyboardMapping::KeyboardMapping() : filter_(ecore_event_filter_add(nullptr, renameKey, nullptr, nullptr)) {}
+
+KeyboardMapping::~KeyboardMapping() {
+    ecore_event_filter_del(filter_);
 }
 
 void pressKey(Evas* canvas, const std::string& name) {

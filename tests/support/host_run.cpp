@@ -117,7 +117,7 @@ std::vector<std::string> HostRun::environment(const HostSetup& setup) const {
         {"ELM_DISPLAY", "buffer"},
         {"ELM_ENGINE", "buffer"},
         {"EINA_LOG_BACKTRACE", "-1"},
-        {"ASAN_OPTIONS", "verify_asan_link_order=0:fast_unwind_on_malloc=0:malloc_context_size=30"},
+        {"ASAN_OPTIONS", "verify_asan_link_order=0:fast_unwind_on_malloc=0:malloc_context_size=64"},
         {"LSAN_OPTIONS", "print_suppressions=0:suppressions=" HOST_RUN_LSAN_SUPPRESSIONS},
         {"UBSAN_OPTIONS", "print_stacktrace=1"},
     };

@@ -2,8 +2,11 @@
 #include <Ecore.h>
 #include <Ecore_Evas.h>
 #include <gtest/gtest.h>
+#include <png.h>
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "host_run.h"
 
@@ -60,32 +63,26 @@ TEST(Window, ScalesTheToolkitWithItsHeight) {
     EXPECT_NEAR(height("small.json") / height("large.json"), 720.0 / 1080.0, 0.05);
 }
 
-// The colour of one pixel of a PNG file, 0xAARRGGBB; 0 when the file is not of that size.
-unsigned int pixel(const std::string& file, int width, int height, int x, int y) {
-    ecore_app_no_system_modules();
-    ecore_evas_init();
-    Ecore_Evas* const screen = ecore_evas_buffer_new(1, 1);
-    Evas_Object* const image = evas_object_image_add(ecore_evas_get(screen));
-    evas_object_image_file_set(image, file.c_str(), nullptr);
-    int foundWidth = 0;
-    int foundHeight = 0;
-    evas_object_image_size_get(image, &foundWidth, &foundHeight);
-    unsigned int colour = 0;
-    if (foundWidth == width && foundHeight == height) {
-        colour = static_cast<unsigned int*>(evas_object_image_data_get(image, EINA_FALSE))[y * width + x];
-    }
-    ecore_evas_free(screen);
-    ecore_evas_shutdown();
-    return colour;
+// The colour of one pixel of a PNG file, 0xRRGGBB; nothing when the file is not of that size.
+std::optional<unsigned int> pixel(const std::string& file, unsigned int width, unsigned int height, unsigned int x,
+                                  unsigned int y) {
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    if (png_image_begin_read_from_file(&image, file.c_str()) == 0) return std::nullopt;
+    image.format = PNG_FORMAT_RGB;
+    std::vector<unsigned char> data(PNG_IMAGE_SIZE(image));
+    png_image_finish_read(&image, nullptr, data.data(), 0, nullptr);
+    if (image.width != width || image.height != height) return std::nullopt;
+    const unsigned char* const place = &data[(std::size_t{y} * width + x) * 3];
+    return place[0] << 16U | place[1] << 8U | place[2];
 }
 
 TEST(Picture, ShowsTheWholeWindow) {
     const HostRun run(withScreen("resize 960x540\nwait 2\ndump screen.json\nshot screen.png\nquit"));
     ASSERT_TRUE(run.succeeded()) << run;
     const std::string file = run.file("screen.png");
-    EXPECT_EQ(pixel(file, 960, 540, 380, 260), 0xffff0000U);
-    EXPECT_NE(pixel(file, 960, 540, 5, 5), 0xffff0000U);
-    EXPECT_NE(pixel(file, 960, 540, 5, 5), 0U);
+    EXPECT_EQ(pixel(file, 960, 540, 380, 260), 0xff0000U);
+    EXPECT_NE(pixel(file, 960, 540, 5, 5), 0xff0000U);
 }
 
 }  // namespace
