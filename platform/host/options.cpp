@@ -57,6 +57,7 @@ host::ParsedOptions usageError(const std::string& message) {
 host::HostOptions optionsOf(const Given& given) {
     host::HostOptions options;
     options.module = GADGET_MODULE_FILE;
+    options.logLevel = "error";
     take(options.module, given.module);
     take(options.network, given.network);
     take(options.store, given.store);

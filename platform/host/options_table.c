@@ -24,7 +24,7 @@ const Ecore_Getopt hostOptions = {
         ECORE_GETOPT_STORE_METAVAR_STR('s', "size", "Size of the window (1920x1080).", "WxH"),
         ECORE_GETOPT_STORE_TRUE('f', "fullscreen", "Cover the whole screen."),
         ECORE_GETOPT_STORE_METAVAR_STR('\0', "script", "Carry out a script; - reads standard input.", "FILE"),
-        ECORE_GETOPT_STORE_METAVAR_STR('l', "log", "silent, fatal, error, warning, info, debug or verbose (warning).",
+        ECORE_GETOPT_STORE_METAVAR_STR('l', "log", "silent, fatal, error, warning, info, debug or verbose (error).",
                                        "LEVEL"),
         ECORE_GETOPT_VERSION('V', "version"),
         ECORE_GETOPT_HELP('h', "help"),
