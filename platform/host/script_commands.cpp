@@ -33,6 +33,8 @@ using host::Stage;
 using host::SyntaxError;
 using host::Word;
 
+constexpr double kWindowSeconds = 3;  // what a display may take until it shows the window
+
 // The words after a command's name, taken one by one.
 class Arguments {
   public:
@@ -224,11 +226,15 @@ void parseWait(Arguments& arguments, Command& command) {
     command.act = [](const Stage&) { return Outcome{}; };
 }
 
+Outcome takePicture(const Stage& stage, const std::string& file) {
+    if (elm_win_norender_get(stage.window) > 0) return {false, "the display does not show the window"};
+    const bool saved = host::screen::savePicture(stage.window, file);
+    return {saved, (saved ? "" : "cannot write ") + file};
+}
+
 void parseShot(Arguments& arguments, Command& command) {
-    command.act = [file = arguments.take("the file's name")](const Stage& stage) {
-        const bool saved = host::screen::savePicture(stage.window, file);
-        return Outcome{saved, (saved ? "" : "cannot write ") + file};
-    };
+    command.within = kWindowSeconds;
+    command.act = [file = arguments.take("the file's name")](const Stage& stage) { return takePicture(stage, file); };
 }
 
 void parseDump(Arguments& arguments, Command& command) {
