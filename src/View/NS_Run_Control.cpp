@@ -215,6 +215,8 @@ void stopLoadingAnimation() {
     elm_progressbar_pulse(m_loader, EINA_FALSE);
 }
 
+void deleteLoadingAnimation() { deleteObject(m_loader); }
+
 void _clear_Timers() {
     LOG_SCOPE();
     for (const int slot : {kInactivitySlot, kStageSlot, kSpareSlot})

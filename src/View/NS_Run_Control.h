@@ -17,6 +17,8 @@ void applyDisplayMode(const sNetworkStatus& status);
 
 void startLoadingAnimation();
 void stopLoadingAnimation();
+// Deletes the spinner, shown or not.
+void deleteLoadingAnimation();
 
 // Deletes all timers and closes the settings screen. For the gadget's end.
 void _clear_Timers();

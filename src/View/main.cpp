@@ -102,6 +102,14 @@ void _on_event(ug_handle ug, int /*event*/, ug_data /*data*/, void* priv) {
     if (!ug || !priv) return;
 }
 
+// What was taken out of its part, or stands on the window itself, does not go with the layout.
+void deleteWidgets(sNetworkStatus& status) {
+    deleteLoadingAnimation();
+    for (Evas_Object** field : {&status.animationImage, &status.statusImage, &status.signalImage, &status.layout}) {
+        deleteObject(*field);
+    }
+}
+
 void releaseNetwork(sNetworkStatus& status) {
     if (const NetworkKind* kind = networkKindOf(networkType)) {
         kind->release(status);
@@ -122,7 +130,7 @@ void _on_destroy(ug_handle ug, ug_data /*data*/, void* priv) {
     networkType = stored.get();
     freeGlobalIPInfo();
     releaseNetwork(*status);
-    deleteObject(status->layout);
+    deleteWidgets(*status);
     freeSNetworkStatus();
     networkType = nullptr;
     resetRunState();
