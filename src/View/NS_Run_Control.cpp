@@ -215,7 +215,9 @@ void stopLoadingAnimation() {
     elm_progressbar_pulse(m_loader, EINA_FALSE);
 }
 
-void deleteLoadingAnimation() { deleteObject(m_loader); }
+void deleteLoadingAnimation() {
+    deleteObject(m_loader);
+}
 
 void _clear_Timers() {
     LOG_SCOPE();
