@@ -5,6 +5,8 @@ constinit int Net_Set_Conn_Tv_Image_No = 1;
 constinit int loading = 0;
 constinit int thread_flag = 1;
 constinit connection_profile_handle profile_handle1 = nullptr;
+constinit int strength_signal = 0;
+constinit char wifi_security_type = 0;
 
 void clearTimer(int slot) {
     Ecore_Timer*& timer = Net_Set_Conn_timer[slot];
@@ -22,4 +24,6 @@ void resetRunState() {
     loading = 0;
     thread_flag = 1;
     profile_handle1 = nullptr;
+    strength_signal = 0;
+    wifi_security_type = 0;
 }

@@ -20,6 +20,12 @@ extern int thread_flag;
 // The current Ethernet profile; belongs to the connection manager. Written by the wired adapter and the stages.
 extern connection_profile_handle profile_handle1;
 
+// The matched access point's signal in dBm, and whether it is secured. Written by the Wi-Fi adapter.
+inline constexpr char kSecuredNetwork = 'S';
+inline constexpr char kOpenNetwork = 'U';
+extern int strength_signal;
+extern char wifi_security_type;
+
 // Deletes the timer of a slot, if there is one, and forgets it.
 void clearTimer(int slot);
 // Ends the running stage: clears the stage slot and the spare one.

@@ -5,13 +5,17 @@ struct sNetworkStatus;
 
 struct NetworkKind {
     const char* storedName;
-    bool showsSignal;                         // has a signal picture
-    void (*open)(sNetworkStatus& status);     // starts its client and the first check
-    void (*check)(sNetworkStatus& status);    // starts another check
-    void (*release)(sNetworkStatus& status);  // lets its client go
+    int number;                                     // kNetworkWired or kNetworkWireless
+    bool showsSignal;                               // has a signal picture
+    void (*open)(sNetworkStatus& status);           // starts its client and the first check
+    void (*check)(sNetworkStatus& status);          // starts another check
+    void (*showCancelled)(sNetworkStatus& status);  // what is known of it once its check was cancelled
+    void (*release)(sNetworkStatus& status);        // lets its client go
 };
 
 // The kind of that name, or null.
 const NetworkKind* networkKindOf(const char* storedName);
+// The kind of that number; wireless for any but the wired one.
+const NetworkKind& networkKindOf(int number);
 // The kind that the settings store names, or null.
 const NetworkKind* storedNetworkKind();

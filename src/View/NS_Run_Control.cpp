@@ -8,7 +8,6 @@
 #include "Common/Resources.h"
 #include "Common/Run_State.h"
 #include "MW_CAPI/Capi_IPSetting.h"
-#include "MW_CAPI/MW_CAPI_Wired.h"
 #include "View/NS_Buttons.h"
 #include "View/NS_Info_Panel.h"
 #include "View/NS_Main.h"
@@ -103,13 +102,6 @@ void CancelBtnCB(void* data) {
     returnFromSettings(data);
 }
 
-void showCancelledWired(const sNetworkStatus& status) {
-    refreshEthernetProfile();
-    get_wired_ip_info(profile_handle1);
-    _ShowIPInfoText(1);
-    showAdvice(status, "COM_WIRED_NETWORK_CONNECTION_CHECK_CANCELED");
-}
-
 void showCancelledPicture(sNetworkStatus& status) {
     const bool reached = status.connStatus->gatewayReachable == 1;
     showPicture(status.statusImage, reached ? kNoInternetPicture : kNoGatewayPicture);
@@ -134,7 +126,7 @@ void _click_cb_cancel(void* data, Evas_Object* /*object*/, void* /*event*/) {
     }
     showMessage(*status, "TV_SID_CONNECTION_VERIFICATION_CANCELLED");
     reset_text(status);
-    if (status->connStatus->networkKind == kNetworkWired) showCancelledWired(*status);
+    networkKindOf(status->connStatus->networkKind).showCancelled(*status);
     showCancelledPicture(*status);
     turnCancelIntoClose(*status);
     stopLoadingAnimation();

@@ -18,7 +18,6 @@
 namespace {
 
 constexpr double kTickSeconds = 0.5;
-constexpr int kFirstInternetFrame = 3;
 constexpr int kLastInternetFrame = 6;
 
 constexpr std::size_t kRememberedFiles = 32;
@@ -43,14 +42,17 @@ Evas_Object* addImage(Evas_Object* layout) {
     return image;
 }
 
-void showPictureFile(Evas_Object* image, const char* path, const char* key) {
-    if (image && !elm_image_file_set(image, path, key)) reportMissing(path);
+bool showPictureFile(Evas_Object* image, const char* path, const char* key) {
+    if (!image) return false;
+    if (elm_image_file_set(image, path, key)) return true;
+    reportMissing(path);
+    return false;
 }
 
-void showPicture(Evas_Object* image, const char* fileName, const char* key) {
+bool showPicture(Evas_Object* image, const char* fileName, const char* key) {
     std::array<char, kImagePathWidth> path{};
     imagePath(path, fileName);
-    showPictureFile(image, path.data(), key);
+    return showPictureFile(image, path.data(), key);
 }
 
 void showFrame(sNetworkStatus& status) {
@@ -64,7 +66,7 @@ void showFrame(sNetworkStatus& status) {
 
 void advanceInternetFrame(sNetworkStatus& status) {
     if (Net_Set_Conn_Tv_Image_No == kLastInternetFrame) {
-        Net_Set_Conn_Tv_Image_No = kFirstInternetFrame;
+        Net_Set_Conn_Tv_Image_No = kCheckingFrame;
         return;
     }
     ++Net_Set_Conn_Tv_Image_No;
@@ -74,6 +76,31 @@ void advanceInternetFrame(sNetworkStatus& status) {
 void armStage(Ecore_Task_Cb tick, sNetworkStatus& status) {
     clearTimer(kStageSlot);
     Net_Set_Conn_timer[kStageSlot] = ecore_timer_add(kTickSeconds, tick, &status);
+}
+
+Eina_Bool tickStageOne(sNetworkStatus& status, bool (*passCheckingFrame)(sNetworkStatus&), void (*testLink)(),
+                       void (*endStage)(sNetworkStatus&)) {
+    showFrame(status);
+    if (Net_Set_Conn_Tv_Image_No != kCheckingFrame) {
+        ++Net_Set_Conn_Tv_Image_No;
+    } else if (!passCheckingFrame(status)) {
+        Net_Set_Conn_timer[kStageSlot] = nullptr;
+        return ECORE_CALLBACK_CANCEL;
+    }
+    if (testLink) testLink();
+    if (thread_flag == 0) endStage(status);
+    return ECORE_CALLBACK_RENEW;
+}
+
+void enterInternetStage(sNetworkStatus& status, bool (*askOnline)(), Ecore_Task_Cb tick) {
+    status.connStatus->animationStep = 0;
+    status.connStatus->internetOnline = 0;
+    status.connStatus->internetCheckDone = 0;
+    clearTimer(kStageSlot);
+    askOnline();
+    Net_Set_Conn_Tv_Image_No = kCheckingFrame;
+    armStage(tick, status);
+    thread_flag = 1;
 }
 
 void endRun(sNetworkStatus& status, int nextFrame) {

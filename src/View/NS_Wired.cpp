@@ -17,8 +17,6 @@
 
 namespace {
 
-constexpr int kCheckingFrame = 3;
-constexpr int kFrameAfterStageOne = 2;
 constexpr int kLinkUp = 3;
 constexpr int kCableOut = 0;
 constexpr const char* kFailureMessage = "TV_SID_WIRED_NETWORK_CONNECTION_FAILED";
@@ -98,7 +96,7 @@ Eina_Bool connectivity_to_internet_wired(void* data) {
     advanceInternetFrame(status);
     if (cable_check == kCableOut) status.connStatus->internetCheckDone = 1;
     if (status.connStatus->internetCheckDone == 1) {
-        endRun(status, 1);
+        endRun(status, kFirstFrame);
         after_loading_animation_expired(status);
     }
     return ECORE_CALLBACK_RENEW;
@@ -149,42 +147,23 @@ bool passCheckingFrame(sNetworkStatus& status) {
     return true;
 }
 
-void startInternetStage(sNetworkStatus& status) {
-    status.connStatus->animationStep = 0;
-    status.connStatus->internetOnline = 0;
-    status.connStatus->internetCheckDone = 0;
-    clearTimer(kStageSlot);
-    internet_status_of_wired();
-    Net_Set_Conn_Tv_Image_No = kCheckingFrame;
-    armStage(connectivity_to_internet_wired, status);
-    thread_flag = 1;
-}
-
 void endStageOne(sNetworkStatus& status) {
     readAddresses();
     if (status.connStatus->gatewayReachable == 1) {
-        startInternetStage(status);
+        enterInternetStage(status, internet_status_of_wired, connectivity_to_internet_wired);
         return;
     }
     endRun(status, kFrameAfterStageOne);
     after_loading_animation_expired(status);
 }
 
+void endStageOnCableOut() {
+    if (cable_check == kCableOut) thread_flag = 0;
+}
+
 Eina_Bool load_connecting_animation_wired(void* data) {
     LOG_SCOPE();
-    auto& status = *static_cast<sNetworkStatus*>(data);
-    showFrame(status);
-    if (Net_Set_Conn_Tv_Image_No == kCheckingFrame) {
-        if (!passCheckingFrame(status)) {
-            Net_Set_Conn_timer[kStageSlot] = nullptr;
-            return ECORE_CALLBACK_CANCEL;
-        }
-    } else {
-        ++Net_Set_Conn_Tv_Image_No;
-    }
-    if (cable_check == kCableOut) thread_flag = 0;
-    if (thread_flag == 0) endStageOne(status);
-    return ECORE_CALLBACK_RENEW;
+    return tickStageOne(*static_cast<sNetworkStatus*>(data), passCheckingFrame, endStageOnCableOut, endStageOne);
 }
 
 }  // namespace
