@@ -30,6 +30,16 @@ struct Profile {
     Ipv6Values ipv6;
 };
 
+// One access point as the radio finds it.
+struct AccessPoint {
+    std::string essid;  // any bytes
+    std::string bssid;
+    int rssi = 0;                     // dBm
+    int security = 0;                 // WIFI_SECURITY_*
+    bool passphraseRequired = false;  // no connection without one
+    Ipv6Values ipv6;                  // empty while it is not connected
+};
+
 // IPv6 settings to change; what is absent stays as it is. Checked already: addresses are unicast ones, the prefix
 // length is 1 to 128, and an empty gateway or server means that there shall be none.
 struct Ipv6Settings {
@@ -80,6 +90,42 @@ class Backend {
     // Stores the settings in the profile and applies them when it is connected. A static mode may come before its
     // values: the profile keeps the live ones until then.
     virtual int store(const std::string& /*id*/, const Ipv6Settings& /*settings*/) {
+        return CONNECTION_ERROR_OPERATION_FAILED;
+    }
+
+    // The radio. Access points have stable identities, found ones are listed in the order of their finding. Without
+    // a radio the calls fail with what is written here.
+    virtual int wifiActivated(bool& activated) {
+        activated = false;
+        return CONNECTION_ERROR_NONE;
+    }
+    virtual int accessPoints(std::vector<std::string>& /*ids*/) { return CONNECTION_ERROR_INVALID_OPERATION; }
+    // The access point as it is now; NO_CONNECTION once it is gone.
+    virtual int accessPoint(const std::string& /*id*/, AccessPoint& /*found*/) {
+        return CONNECTION_ERROR_NO_CONNECTION;
+    }
+    virtual int connectedAccessPoint(std::string& /*id*/) { return CONNECTION_ERROR_NO_CONNECTION; }
+    // Ends within 30 s: INVALID_KEY for a wrong passphrase, NO_CONNECTION for a network that went away, NO_REPLY for
+    // an association that never ends, DHCP_FAILED, or OPERATION_ABORTED. The passphrase goes to the network only.
+    virtual int connectAccessPoint(const std::string& /*id*/, const std::string& /*passphrase*/, Answer /*answer*/,
+                                   std::unique_ptr<Question>& /*question*/) {
+        return CONNECTION_ERROR_INVALID_OPERATION;
+    }
+    virtual int disconnectAccessPoint(const std::string& /*id*/, Answer /*answer*/,
+                                      std::unique_ptr<Question>& /*question*/) {
+        return CONNECTION_ERROR_INVALID_OPERATION;
+    }
+    virtual int scan(Answer /*answer*/, std::unique_ptr<Question>& /*question*/) {
+        return CONNECTION_ERROR_INVALID_OPERATION;
+    }
+    virtual int askAccessPointGateway(const std::string& /*id*/, Answer /*answer*/,
+                                      std::unique_ptr<Question>& /*question*/) {
+        return CONNECTION_ERROR_NO_CONNECTION;
+    }
+    virtual int askWifiOnline(Answer /*answer*/, std::unique_ptr<Question>& /*question*/) {
+        return CONNECTION_ERROR_INVALID_OPERATION;
+    }
+    virtual int storeAccessPoint(const std::string& /*id*/, const Ipv6Settings& /*settings*/) {
         return CONNECTION_ERROR_OPERATION_FAILED;
     }
 

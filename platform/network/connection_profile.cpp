@@ -18,12 +18,6 @@ using network::ProfileIterator;
 
 constexpr int kNone = CONNECTION_ERROR_NONE;
 
-// A value that the network has not given is NO_CONNECTION, as a profile that is gone is.
-int giveText(const std::string& text, char** out) {
-    if (text.empty()) return CONNECTION_ERROR_NO_CONNECTION;
-    return network::copyText(text, out);
-}
-
 template <typename Read>
 int readProfile(std::string_view function, connection_profile_handle handle, const void* out, Read read) {
     return profileCall(function, handle, out != nullptr, [&](const ProfileHandle& identity) -> int {
@@ -125,35 +119,27 @@ int connection_profile_get_state(connection_profile_handle profile, int* state) 
 
 int connection_profile_get_ip_address(connection_profile_handle profile, int family, char** address) {
     return readIpv6(__func__, profile, family, address,
-                    [&](const Ipv6Values& values) { return giveText(values.address, address); });
+                    [&](const Ipv6Values& values) { return network::giveText(values.address, address); });
 }
 
 int connection_profile_get_prefix_length(connection_profile_handle profile, int family, uint8_t* length) {
-    return readIpv6(__func__, profile, family, length, [&](const Ipv6Values& values) -> int {
-        if (!values.prefixLength) return CONNECTION_ERROR_NO_CONNECTION;
-        *length = *values.prefixLength;
-        return kNone;
-    });
+    return readIpv6(__func__, profile, family, length,
+                    [&](const Ipv6Values& values) { return network::givePrefixLength(values, length); });
 }
 
 int connection_profile_get_gateway_address(connection_profile_handle profile, int family, char** address) {
     return readIpv6(__func__, profile, family, address,
-                    [&](const Ipv6Values& values) { return giveText(values.gateway, address); });
+                    [&](const Ipv6Values& values) { return network::giveText(values.gateway, address); });
 }
 
 int connection_profile_get_dns_address(connection_profile_handle profile, int order, int family, char** address) {
-    return readIpv6(__func__, profile, family, address, [&](const Ipv6Values& values) -> int {
-        if (order < 1) return CONNECTION_ERROR_INVALID_PARAMETER;
-        const auto index = static_cast<std::size_t>(order) - 1;
-        return index < values.dns.size() ? giveText(values.dns[index], address) : CONNECTION_ERROR_NO_CONNECTION;
-    });
+    return readIpv6(__func__, profile, family, address,
+                    [&](const Ipv6Values& values) { return network::giveServer(values, order, address); });
 }
 
 int connection_profile_get_dns_config_type(connection_profile_handle profile, int family, int* type) {
-    return readIpv6(__func__, profile, family, type, [&](const Ipv6Values& values) {
-        *type = values.dnsIsStatic ? CONNECTION_DNS_CONFIG_STATIC : CONNECTION_DNS_CONFIG_DYNAMIC;
-        return kNone;
-    });
+    return readIpv6(__func__, profile, family, type,
+                    [&](const Ipv6Values& values) { return network::giveDnsMode(values, type); });
 }
 
 int connection_profile_check_gateway6_async(connection_profile_handle profile, connection_result_cb cb,

@@ -24,6 +24,27 @@ int copyText(const std::string& text, char** out) {
     return CONNECTION_ERROR_NONE;
 }
 
+int giveText(const std::string& text, char** out) {
+    return text.empty() ? CONNECTION_ERROR_NO_CONNECTION : copyText(text, out);
+}
+
+int givePrefixLength(const Ipv6Values& values, std::uint8_t* length) {
+    if (!values.prefixLength) return CONNECTION_ERROR_NO_CONNECTION;
+    *length = *values.prefixLength;
+    return CONNECTION_ERROR_NONE;
+}
+
+int giveServer(const Ipv6Values& values, int order, char** address) {
+    if (order < 1) return CONNECTION_ERROR_INVALID_PARAMETER;
+    const auto index = static_cast<std::size_t>(order) - 1;
+    return index < values.dns.size() ? giveText(values.dns[index], address) : CONNECTION_ERROR_NO_CONNECTION;
+}
+
+int giveDnsMode(const Ipv6Values& values, int* type) {
+    *type = values.dnsIsStatic ? CONNECTION_DNS_CONFIG_STATIC : CONNECTION_DNS_CONFIG_DYNAMIC;
+    return CONNECTION_ERROR_NONE;
+}
+
 void dropChecks(const void* askedOn) {
     std::erase_if(connectionService().checks, [&](const auto& entry) { return entry.second.askedOn == askedOn; });
 }

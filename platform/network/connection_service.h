@@ -60,6 +60,12 @@ ConnectionService& connectionService();
 // A heap copy for a C caller, who frees it.
 int copyText(const std::string& text, char** out);
 
+// One value of a profile or an access point for a C caller. What the network has not given is NO_CONNECTION.
+int giveText(const std::string& text, char** out);
+int givePrefixLength(const Ipv6Values& values, std::uint8_t* length);
+int giveServer(const Ipv6Values& values, int order, char** address);  // order from 1
+int giveDnsMode(const Ipv6Values& values, int* type);
+
 // Drops the pending checks that were asked on a client or profile handle.
 void dropChecks(const void* askedOn);
 

@@ -10,6 +10,7 @@
 #include "gadget_paths.h"
 #include "networkmanager/networkmanager.h"
 #include "simulated/simulated.h"
+#include "wifi_service.h"
 
 namespace network {
 namespace {
@@ -54,6 +55,7 @@ Selection select(const std::string& choice, const Options& options) {
 }
 
 void release() {
+    releaseWifi();
     releaseConnections();
     delete std::exchange(selected, nullptr);
 }

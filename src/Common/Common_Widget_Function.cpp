@@ -20,6 +20,7 @@ bool showsValue(const char* style) {
 }
 
 void linkRing(Evas_Object** widgets, int count, Elm_Focus_Direction forward, Elm_Focus_Direction back) {
+    if (!widgets) return;
     for (int i = 0; i < count; ++i) {
         if (!widgets[i]) continue;
         elm_object_focus_next_object_set(widgets[i], widgets[(i + 1) % count], forward);
@@ -28,6 +29,7 @@ void linkRing(Evas_Object** widgets, int count, Elm_Focus_Direction forward, Elm
 }
 
 void linkToItself(Evas_Object** widgets, int count, Elm_Focus_Direction forward, Elm_Focus_Direction back) {
+    if (!widgets) return;
     for (int i = 0; i < count; ++i) {
         if (!widgets[i]) continue;
         elm_object_focus_next_object_set(widgets[i], widgets[i], forward);

@@ -239,6 +239,7 @@ bool Get_Ethernet_State() {
 
 bool get_updated_ethernet_profile_handle(connection_profile_handle* profile) {
     LOG_SCOPE();
+    if (!profile) return false;
     ProfileWalk walk;
     const int opened = walk.open(CONNECTION_ITERATOR_CONNECTED);
     if (opened != CONNECTION_ERROR_NONE) {
@@ -275,7 +276,7 @@ void get_wired_ip_info(connection_profile_handle profile) {
     set_autoIn_vconf();
     sGlobalIPInfo* info = createGlobalIPInfo();
     if (!info) {
-        LOG_WARN("sGlobalIPInfo Object is NULL\n");
+        LOG_DEBUG("sGlobalIPInfo Object is NULL\n");
         return;
     }
     if (!profile) {
@@ -294,12 +295,12 @@ void set_wired_default_values() {
     LOG_SCOPE();
     sGlobalIPInfo* info = createGlobalIPInfo();
     if (!info) {
-        LOG_WARN("sGlobalIPInfo Object is NULL\n");
+        LOG_DEBUG("sGlobalIPInfo Object is NULL\n");
         return;
     }
     PlatformText mac;
     if (fetchText(mac, connection_get_mac_address, client(), int{CONNECTION_TYPE_ETHERNET}) != CONNECTION_ERROR_NONE) {
-        LOG_WARN("Get Mac Address API Failed\n");
+        LOG_DEBUG("Get Mac Address API Failed\n");
         copyText(info->global_MAC_ADDRESS, kDefaultMac);
     } else {
         LOG_DEBUG("Get Mac Address API Success\n");

@@ -104,32 +104,31 @@ bool found_connect_ap_callback(wifi_ap_handle ap, void* data) {
     return false;
 }
 
-// Fills a field from what a getter gave, or with its default.
-void fillField(std::span<char> field, int result, const PlatformText& text, const char* failure) {
-    if (result == WIFI_ERROR_NONE && text) {
-        copyText(field, text.get());
-        return;
-    }
-    LOG_WARN("%s\n", failure);
-    copyText(field, kNoAddress);
+// Fills a field from what a getter gave, or with "::". False when there was nothing to read.
+bool fillField(std::span<char> field, int result, const PlatformText& text) {
+    const bool given = result == WIFI_ERROR_NONE && text;
+    copyText(field, given ? text.get() : kNoAddress);
+    return given;
 }
 
 void Get_Gateway_Addres(sGlobalIPInfo& info, wifi_ap_handle ap) {
+    LOG_SCOPE();
     PlatformText text;
     const int result = fetchText(text, wifi_ap_get_gateway_address, ap, kFamily);
-    fillField(info.global_GATEWAY, result, text, "Failed To Get Gateway : ");
+    if (!fillField(info.global_GATEWAY, result, text)) LOG_DEBUG("Failed To Get Gateway : \n");
 }
 
 void Get_DNS_Address(sGlobalIPInfo& info, wifi_ap_handle ap) {
+    LOG_SCOPE();
     PlatformText text;
     const int result = fetchText(text, wifi_ap_get_dns_address, ap, kPrimaryDns, kFamily);
-    fillField(info.global_DNS, result, text, "Failed To Get DNS : ");
+    if (!fillField(info.global_DNS, result, text)) LOG_DEBUG("Failed To Get DNS : \n");
 }
 
 void readPrefixLength(sGlobalIPInfo& info, wifi_ap_handle ap) {
     std::uint8_t length = 0;
     if (wifi_ap_get_prefix_length(ap, &length) != WIFI_ERROR_NONE) {
-        LOG_WARN("Failed To Get Prefix Length : \n");
+        LOG_DEBUG("Failed To Get Prefix Length : \n");
         copyText(info.global_PREFIX_LENGTH, kNoPrefix);
         return;
     }
@@ -144,7 +143,7 @@ void readMatch(sGlobalIPInfo& info, wifi_ap_handle ap) {
     int value = 0;
     if (wifi_ap_get_rssi(ap, &value) == WIFI_ERROR_NONE) strength_signal = value;
     const int result = fetchText(text, wifi_ap_get_ip_address, ap, kFamily);
-    fillField(info.global_IP_ADDRESS, result, text, "Failed To Get IP Address : ");
+    if (!fillField(info.global_IP_ADDRESS, result, text)) LOG_DEBUG("Failed To Get IP Address : \n");
     readPrefixLength(info, ap);
     Get_Gateway_Addres(info, ap);
     Get_DNS_Address(info, ap);
@@ -158,7 +157,7 @@ bool get_ap_info_callback(wifi_ap_handle ap, void* data) {
     LOG_SCOPE();
     sGlobalIPInfo* info = createGlobalIPInfo();
     if (!info) {
-        LOG_WARN("sGlobalIPInfo Object is NULL\n");
+        LOG_DEBUG("sGlobalIPInfo Object is NULL\n");
         return false;
     }
     const auto* wanted = static_cast<const char*>(data);
@@ -170,7 +169,7 @@ bool get_ap_info_callback(wifi_ap_handle ap, void* data) {
     const int result = fetchText(name, wifi_ap_get_essid, ap);
     if (result != WIFI_ERROR_NONE) {
         setDefaultValGlobalIPInfo();
-        LOG_WARN("Failed to get wifi_ap_get_essid %s\n", convertWifiErrorToString(result));
+        LOG_DEBUG("Failed to get wifi_ap_get_essid %s\n", convertWifiErrorToString(result));
         return false;
     }
     if (string_cmp(name.get(), wanted) != 0) return true;
@@ -183,7 +182,7 @@ void check_online_callback(int result, void* /*data*/) {
     if (result == WIFI_ERROR_NONE) {
         LOG_INFO("Online Check Succeeded : WIFI_ONLINE\n");
     } else if (result == WIFI_ERROR_OFFLINE) {
-        LOG_INFO("Online Check Succeeded : %s\n", convertWifiErrorToString(result));
+        LOG_DEBUG("Online Check Succeeded : %s\n", convertWifiErrorToString(result));
     } else {
         LOG_DEBUG("Online Check Failed! error : %s\n", convertWifiErrorToString(result));
     }
@@ -322,11 +321,11 @@ void check_gateway_async_callback(int result, void* /*data*/) {
 
 void keepUntilAnswered(wifi_ap_handle ap) {
     if (askedCount == askedAps.size()) {
-        // Nobody has answered for half a minute: the oldest question is given up.
+        // So many questions are open only when some are never answered: the oldest one is given up.
         wifi_ap_destroy(askedAps.front());
         std::ranges::rotate(askedAps, askedAps.begin() + 1);
         --askedCount;
-        --unanswered;
+        unanswered = std::min(unanswered, askedCount);
     }
     askedAps[askedCount++] = ap;
     ++unanswered;

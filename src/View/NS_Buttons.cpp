@@ -91,11 +91,10 @@ void createNSCommonBtn(sNetworkStatus* status) {
 
 void showCancelButton(sNetworkStatus& status) {
     Evas_Object* button = addButton(status, kCancel);
-    if (button) {
-        explain(button, _access_info_cb_stop);
-        single_chain_set_focus_LEFTRIGHT(status.focusChain, setFocusChain(status, {button}));
-    }
+    explain(button, _access_info_cb_stop);
+    const int count = button ? setFocusChain(status, {button}) : 0;
     focusStopButton(status);
+    single_chain_set_focus_LEFTRIGHT(status.focusChain, count);
 }
 
 void showFirstCancelButton(sNetworkStatus& status) {

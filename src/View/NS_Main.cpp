@@ -38,7 +38,7 @@ void logStoredKeys() {
 void startCheck(sNetworkStatus& status, const char* networkType) {
     const NetworkKind* kind = networkKindOf(networkType);
     if (kind) {
-        kind->open(status);
+        openNetwork(*kind, status);
     } else {
         LOG_WARN("Unknown network type [%s]: no check is started\n", networkType ? networkType : "");
     }

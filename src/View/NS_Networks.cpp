@@ -2,7 +2,9 @@
 
 #include <Elementary.h>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "Common/Common_Function.h"
 #include "Common/Log.h"
@@ -23,6 +25,8 @@ namespace {
 constexpr const char* kWiredProgressId = "COM_TV_SID_VERIFYING_WIRED_NETWORK_CONNECTION";
 constexpr const char* kWirelessProgressId = "COM_TV_SID_VERIFYING_WIRELESS_NETWORK_CONNECTION";
 constexpr int kNameLengthMessage = 2;
+
+constinit const NetworkKind* opened = nullptr;
 
 void openWired(sNetworkStatus& status) {
     register_client();
@@ -59,9 +63,13 @@ void sendNameLength(const sNetworkStatus& status, const char* name) {
 // Shows the network's name and reads its access point.
 void showConnectedNetwork(const sNetworkStatus& status) {
     const sGlobalIPInfo* info = createGlobalIPInfo();
-    if (!info) return;
+    if (!info) {
+        sendNameLength(status, "");
+        return;
+    }
     setOutsideText(status.layout, part::kSsid, info->global_SSID_NAME);
     get_ap_info(info->global_SSID_NAME);
+    sendNameLength(status, info->global_SSID_NAME);
 }
 
 void openWireless(sNetworkStatus& status) {
@@ -73,8 +81,6 @@ void openWireless(sNetworkStatus& status) {
         LOG_DEBUG("Connection created successfully in case of wireless\n\n");
     }
     showConnectedNetwork(status);
-    const sGlobalIPInfo* info = createGlobalIPInfo();
-    sendNameLength(status, info ? info->global_SSID_NAME : "");
     load_signal_strength(wifi_security_type, strength_signal);
     wireless_animation(&status);
 }
@@ -129,7 +135,17 @@ const NetworkKind* networkKindOf(const char* storedName) {
 }
 
 const NetworkKind& networkKindOf(int number) {
-    return kNetworkKinds[number == kNetworkWired ? 0 : 1];
+    const auto* found = std::ranges::find(kNetworkKinds, number, &NetworkKind::number);
+    return found == std::end(kNetworkKinds) ? *std::prev(std::end(kNetworkKinds)) : *found;
+}
+
+void openNetwork(const NetworkKind& kind, sNetworkStatus& status) {
+    opened = &kind;
+    kind.open(status);
+}
+
+const NetworkKind* openedNetworkKind() {
+    return opened;
 }
 
 const NetworkKind* storedNetworkKind() {

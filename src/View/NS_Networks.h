@@ -17,5 +17,8 @@ struct NetworkKind {
 const NetworkKind* networkKindOf(const char* storedName);
 // The kind of that number; wireless for any but the wired one.
 const NetworkKind& networkKindOf(int number);
+// Opens a kind's client and starts its first check; the gadget's end releases what was opened.
+void openNetwork(const NetworkKind& kind, sNetworkStatus& status);
+const NetworkKind* openedNetworkKind();
 // The kind that the settings store names, or null.
 const NetworkKind* storedNetworkKind();

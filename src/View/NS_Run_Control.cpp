@@ -118,6 +118,8 @@ void _click_cb_cancel(void* data, Evas_Object* /*object*/, void* /*event*/) {
     if (!status) return;
     clearStageTimers();
     deleteObject(status->animationImage);
+    deleteObject(status->failImage);
+    deleteObject(status->internetFailImage);
     status->failImage = addImage(status->layout);
     status->internetFailImage = addImage(status->layout);
     if (!status->failImage || !status->internetFailImage) {

@@ -37,7 +37,8 @@ void normalise(sGlobalIPInfo& info) {
     if (string_cmp(info.global_PREFIX_LENGTH, kUnknownPrefix) == 0) copyText(info.global_PREFIX_LENGTH, kNoPrefix);
 }
 
-void showSuccess(sNetworkStatus& status, const NetworkVerdict& verdict) {
+void setInternetStatusOnline(sNetworkStatus& status, const NetworkVerdict& verdict) {
+    LOG_SCOPE();
     showPicture(status.statusImage, kSuccessPicture);
     elm_object_part_content_set(status.layout, part::kStatus, status.statusImage);
     showMessage(status, verdict.successMessageId);
@@ -72,7 +73,7 @@ const FailureCase& firstThatHolds(const NetworkVerdict& verdict, const sNetworkS
 void showFailure(sNetworkStatus& status, const NetworkVerdict& verdict) {
     sGlobalIPInfo* info = createGlobalIPInfo();
     if (!info) {
-        LOG_DEBUG("sGlobalIPInfo Object is NULL\n");
+        LOG_DEBUG("sGlobalIPInfo Object is NULL\n\n");
         return;
     }
     fillMissingMac(*info);
@@ -82,7 +83,6 @@ void showFailure(sNetworkStatus& status, const NetworkVerdict& verdict) {
     showMessage(status, verdict.failureMessageId);
     _ShowIPInfoText(1);
     verdict.makeButtons(status);
-    reset_text(&status);
     const FailureCase& failure = firstThatHolds(verdict, status, *info);
     if (failure.dress) failure.dress(status);
     showAdvice(status, failure.adviceId);
@@ -93,11 +93,13 @@ void showFailure(sNetworkStatus& status, const NetworkVerdict& verdict) {
 }  // namespace
 
 void showVerdict(sNetworkStatus& status, const NetworkVerdict& verdict) {
+    deleteObject(status.failImage);
     status.failImage = addImage(status.layout);
+    if (verdict.prepare) verdict.prepare();
     reset_text(&status);
     stopLoadingAnimation();
     if (status.connStatus->gatewayReachable == 1 && status.connStatus->internetOnline == 1) {
-        showSuccess(status, verdict);
+        setInternetStatusOnline(status, verdict);
     } else {
         showFailure(status, verdict);
     }

@@ -15,6 +15,7 @@ struct FailureCase {
 };
 
 struct NetworkVerdict {
+    int (*prepare)();  // what must be read before the verdict; may be null
     const char* successMessageId;
     const char* failureMessageId;
     void (*failurePicture)(const sNetworkStatus* status, std::span<char> path);

@@ -40,6 +40,7 @@ bool isRouterSilent(const sNetworkStatus& status) {
 void replaceCancelButton(sNetworkStatus& status) {
     deleteObject(status.stopBtn);
     createNSCommonBtn(&status);
+    reset_text(&status);
 }
 
 void showEmptyPanelWithoutSettings(sNetworkStatus& status) {
@@ -75,6 +76,7 @@ constexpr FailureCase kFailures[] = {
 };
 
 constexpr NetworkVerdict kVerdict{
+    .prepare = nullptr,
     .successMessageId = "TV_SID_WIRED_NW_INTERNET_SETUP_USE",
     .failureMessageId = kFailureMessage,
     .failurePicture = Set_Connection_Image,
@@ -170,6 +172,7 @@ Eina_Bool load_connecting_animation_wired(void* data) {
 
 int wired_animation(sNetworkStatus* status) {
     LOG_SCOPE();
+    if (!status) return 0;
     thread_flag = 1;
     status->connStatus->networkKind = kNetworkWired;
     deleteObject(status->animationImage);

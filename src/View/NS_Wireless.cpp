@@ -69,6 +69,7 @@ constexpr FailureCase kFailures[] = {
 };
 
 constexpr NetworkVerdict kVerdict{
+    .prepare = Get_Mac_Address,
     .successMessageId = "COM_WIRELESS_NETWORK_AND_INTERNET_READY_MSG",
     .failureMessageId = kFailureMessage,
     .failurePicture = Set_Connection_Image_Wireless,
@@ -80,7 +81,6 @@ constexpr NetworkVerdict kVerdict{
 
 void after_load_connecting_animation_wireless(sNetworkStatus& status) {
     LOG_SCOPE();
-    Get_Mac_Address();
     showVerdict(status, kVerdict);
 }
 
@@ -217,6 +217,7 @@ const SignalLevel& signalLevel(int rssi) {
 
 void wireless_animation(sNetworkStatus* status) {
     LOG_SCOPE();
+    if (!status) return;
     status->connStatus->networkKind = kNetworkWireless;
     deleteObject(status->animationImage);
     status->animationImage = elm_image_add(status->layout);

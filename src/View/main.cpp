@@ -71,6 +71,7 @@ void* _on_create(ug_handle ug, int /*mode*/, ug_data /*data*/, void* priv) {
     if (!openPopup(status) || !openLayout(status)) return nullptr;
     initialize_status(&status);
     clearTimer(kInactivitySlot);
+    Reset_Time_Flag();
     Net_Set_Conn_timer[kInactivitySlot] = ecore_timer_add(kInactivityTick, Timeout_Timer, nullptr);
     NS_IP_KeyGrab(status.win);
     return status.popup;
@@ -111,11 +112,15 @@ void deleteWidgets(sNetworkStatus& status) {
 }
 
 void releaseNetwork(sNetworkStatus& status) {
-    if (const NetworkKind* kind = networkKindOf(networkType)) {
+    const NetworkKind* kind = networkKindOf(networkType);
+    if (kind) {
         kind->release(status);
     } else {
         LOG_DEBUG("Wrong Connection Type\n");
     }
+    // The stored type may have changed meanwhile; what was opened must not outlive the gadget.
+    const NetworkKind* opened = openedNetworkKind();
+    if (opened && opened != kind) opened->release(status);
 }
 
 void _on_destroy(ug_handle ug, ug_data /*data*/, void* priv) {

@@ -121,25 +121,7 @@ std::string setInternet(State& state, Words words) {
 }
 
 std::string setAddress(State& state, Words words) {
-    return changeLiveValues(state, [&](Ipv6Values& live) -> std::string {
-        if (words[0] == "none") {
-            live.address.clear();
-            live.prefixLength.reset();
-            return "";
-        }
-        const auto slash = words[0].rfind('/');
-        if (slash == std::string::npos) return "an address is written ADDRESS/LENGTH";
-        const std::string address = words[0].substr(0, slash);
-        const auto length = parseNumber<int>(words[0].substr(slash + 1));
-        if (!length) return "\"" + words[0].substr(slash + 1) + "\" is not a prefix length";
-        for (const std::string& fault :
-             {addressFault(address, state.unchecked), prefixLengthFault(*length, state.unchecked)}) {
-            if (!fault.empty()) return fault;
-        }
-        live.address = address;
-        live.prefixLength = static_cast<std::uint8_t>(*length);
-        return "";
-    });
+    return changeLiveValues(state, [&](Ipv6Values& live) { return writeAddress(live, words[0], state.unchecked); });
 }
 
 std::string setRouter(State& state, Words words) {
@@ -222,6 +204,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {"fault", 2, 3, " CALL RESULT [TIMES|always]", addFault},
     {"no-faults", 0, 0, "", clearFaults},
     {"profile", 2, 2, " connect|disconnect|remove ID", changeProfile},
+    {"wifi", 1, 3, " on|off|lose|associate|appear|vanish|rssi|mac|address ...", applyWifiCommand},
 });
 
 std::string knownNames() {
@@ -232,6 +215,25 @@ std::string knownNames() {
 }
 
 }  // namespace
+
+std::string writeAddress(Ipv6Values& live, const std::string& word, bool unchecked) {
+    if (word == "none") {
+        live.address.clear();
+        live.prefixLength.reset();
+        return "";
+    }
+    const auto slash = word.rfind('/');
+    if (slash == std::string::npos) return "an address is written ADDRESS/LENGTH";
+    const std::string address = word.substr(0, slash);
+    const auto length = parseNumber<int>(word.substr(slash + 1));
+    if (!length) return "\"" + word.substr(slash + 1) + "\" is not a prefix length";
+    for (const std::string& fault : {addressFault(address, unchecked), prefixLengthFault(*length, unchecked)}) {
+        if (!fault.empty()) return fault;
+    }
+    live.address = address;
+    live.prefixLength = static_cast<std::uint8_t>(*length);
+    return "";
+}
 
 std::vector<std::string> splitWords(const std::string& text) {
     std::istringstream stream(text);

@@ -5,6 +5,7 @@
 
 #include "json_reader.h"
 #include "result_names.h"
+#include "scenario_reader.h"
 #include "values.h"
 
 namespace network::simulated {
@@ -40,6 +41,8 @@ int readResult(const Node& node) {
     return *result;
 }
 
+}  // namespace
+
 Reply readReply(const Node& node) {
     node.allow({"delay", "result"});
     Reply reply;
@@ -49,6 +52,8 @@ Reply readReply(const Node& node) {
     if (!reply.silent) reply.result = readResult(result);
     return reply;
 }
+
+namespace {
 
 EthernetInterface readInterface(const Node& node, bool unchecked) {
     node.allow({"kind", "mac", "link", "state"});
@@ -73,6 +78,8 @@ void readInterfaces(const Node& list, State& state) {
         state.ethernet = readInterface(node, state.unchecked);
     }
 }
+
+}  // namespace
 
 Ipv6Values readLiveValues(const Node& node, bool unchecked) {
     node.allow({"address", "prefixLength", "gateway", "dns", "dnsMode"});
@@ -110,6 +117,8 @@ Ipv6Settings readConfigured(const Node& node, bool unchecked) {
     }
     return configured;
 }
+
+namespace {
 
 ProfileRecord readProfile(const Node& node, bool unchecked) {
     node.allow({"id", "type", "state", "registered", "live", "configured", "ipv4Address"});
@@ -170,12 +179,14 @@ void readEvents(const Node& list, State& state) {
 }
 
 State readScenario(const Node& root) {
-    root.allow({"description", "unchecked", "interfaces", "profiles", "gateway", "internet", "faults", "events"});
+    root.allow(
+        {"description", "unchecked", "interfaces", "profiles", "wifi", "gateway", "internet", "faults", "events"});
     State state;
     if (const auto node = root.find("description")) state.description = node->text();
     if (const auto node = root.find("unchecked")) state.unchecked = node->flag();
     readInterfaces(root.at("interfaces"), state);
     readProfiles(root.at("profiles"), state);
+    if (const auto node = root.find("wifi")) state.radio = readRadio(*node, state.unchecked);
     state.gateway = readReply(root.at("gateway"));
     state.internet = readReply(root.at("internet"));
     if (const auto list = root.find("faults")) {

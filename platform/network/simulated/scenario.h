@@ -33,6 +33,29 @@ struct Reply {
     int result = CONNECTION_ERROR_NONE;
 };
 
+inline constexpr int kNoAnswer = 1;  // no error number: those are negative
+
+inline int resultOf(const Reply& reply) {
+    return reply.silent ? kNoAnswer : reply.result;
+}
+
+struct AccessPointRecord {
+    std::string id;
+    AccessPoint whenConnected;  // with what the network gives it then
+    std::string passphrase;     // the right one
+    bool isFound = true;        // false: it went away
+    Reply connecting;           // silent: the association never ends
+    Ipv6Settings configured;
+};
+
+struct Radio {
+    bool on = true;
+    std::optional<std::string> mac;  // none: it cannot be read
+    std::vector<AccessPointRecord> accessPoints;
+    std::string connected;  // the identity of the connected one, or empty
+    Reply scanning{0.5, false, CONNECTION_ERROR_NONE};
+};
+
 struct Fault {
     std::string call;
     int result = CONNECTION_ERROR_OPERATION_FAILED;
@@ -49,6 +72,7 @@ struct State {
     bool unchecked = false;  // texts may be anything, and a prefix length whatever 8 bits hold
     std::optional<EthernetInterface> ethernet;
     std::vector<ProfileRecord> profiles;
+    std::optional<Radio> radio;
     Reply gateway;
     Reply internet;
     std::vector<Fault> faults;
@@ -64,6 +88,11 @@ std::vector<std::string> splitWords(const std::string& text);
 // Carries out a script command on the state. Empty, or why not.
 std::string applyCommand(State& state, std::span<const std::string> words);
 
+// The same for the words after "wifi".
+std::string applyWifiCommand(State& state, std::span<const std::string> words);
+// Puts the address of a word ADDRESS/LENGTH, or none, into the values. Empty, or why not.
+std::string writeAddress(Ipv6Values& live, const std::string& word, bool unchecked);
+
 // What the network looks like from outside, with the cable taken into account.
 bool linkIsUp(const State& state);
 int connectionType(const State& state);  // CONNECTION_TYPE_*
@@ -72,5 +101,9 @@ Profile seenProfile(const State& state, const ProfileRecord& record);
 bool isConnected(const State& state, const ProfileRecord& record);
 const ProfileRecord* findProfile(const State& state, std::string_view id);
 const ProfileRecord* connectedProfile(const State& state);  // the first one, or null
+AccessPoint seenAccessPoint(const State& state, const AccessPointRecord& record);
+// A found access point while the radio is on, or null.
+const AccessPointRecord* findAccessPoint(const State& state, std::string_view id);
+const AccessPointRecord* connectedAccessPoint(const State& state);
 
 }  // namespace network::simulated

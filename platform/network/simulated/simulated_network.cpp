@@ -21,8 +21,11 @@ struct Addresses {
 };
 
 Addresses addressesOf(const State& state) {
-    const ProfileRecord* record = connectedProfile(state);
-    return record == nullptr ? Addresses{} : Addresses{record->ipv4, seenProfile(state, *record).ipv6.address};
+    if (const ProfileRecord* record = connectedProfile(state)) {
+        return {record->ipv4, seenProfile(state, *record).ipv6.address};
+    }
+    const AccessPointRecord* connected = connectedAccessPoint(state);
+    return connected == nullptr ? Addresses{} : Addresses{"", seenAccessPoint(state, *connected).ipv6.address};
 }
 
 }  // namespace
@@ -41,9 +44,11 @@ int SimulatedNetwork::ethernetState(int& state) {
 }
 
 int SimulatedNetwork::macAddress(int connectionType, std::string& mac) {
-    if (connectionType != CONNECTION_TYPE_ETHERNET || !state_.ethernet) return CONNECTION_ERROR_NO_CONNECTION;
-    if (!state_.ethernet->mac) return CONNECTION_ERROR_NO_CONNECTION;
-    mac = *state_.ethernet->mac;
+    std::optional<std::string> own;
+    if (connectionType == CONNECTION_TYPE_ETHERNET && state_.ethernet) own = state_.ethernet->mac;
+    if (connectionType == CONNECTION_TYPE_WIFI && state_.radio) own = state_.radio->mac;
+    if (!own) return CONNECTION_ERROR_NO_CONNECTION;
+    mac = *own;
     return CONNECTION_ERROR_NONE;
 }
 
@@ -64,16 +69,13 @@ int SimulatedNetwork::profile(const std::string& id, Profile& profile) {
 }
 
 // What is answered is decided when the time has come: the cable may have been pulled meanwhile.
-int SimulatedNetwork::ask(Reply State::*reply, int whenDisconnected, Answer answer,
+int SimulatedNetwork::ask(const Reply& reply, std::function<int()> judge, Answer answer,
                           std::unique_ptr<Question>& question) {
     auto asked = std::make_unique<TimedQuestion>();
-    const Reply& now = state_.*reply;
-    const bool started =
-        now.silent || asked->timer.start(now.delay, [this, reply, whenDisconnected, answer = std::move(answer)] {
-            const Reply then = state_.*reply;
-            if (then.silent) return;
-            answer(connectedProfile(state_) == nullptr ? whenDisconnected : then.result);
-        });
+    const bool started = reply.silent || asked->timer.start(reply.delay, [judge = std::move(judge), answer] {
+        const int result = judge();
+        if (result != kNoAnswer) answer(result);
+    });
     if (!started) return CONNECTION_ERROR_OPERATION_FAILED;
     question = std::move(asked);
     return CONNECTION_ERROR_NONE;
@@ -83,11 +85,17 @@ int SimulatedNetwork::askGateway(const std::string& profileId, Answer answer, st
     const ProfileRecord* record = findProfile(state_, profileId);
     if (record == nullptr || !isConnected(state_, *record)) return CONNECTION_ERROR_NO_CONNECTION;
     if (seenProfile(state_, *record).ipv6.gateway.empty()) return CONNECTION_ERROR_INVALID_GATEWAY;
-    return ask(&State::gateway, CONNECTION_ERROR_NO_CONNECTION, std::move(answer), question);
+    const auto judge = [this] {
+        return connectedProfile(state_) == nullptr ? CONNECTION_ERROR_NO_CONNECTION : resultOf(state_.gateway);
+    };
+    return ask(state_.gateway, judge, std::move(answer), question);
 }
 
 int SimulatedNetwork::askOnline(Answer answer, std::unique_ptr<Question>& question) {
-    return ask(&State::internet, CONNECTION_ERROR_OFFLINE, std::move(answer), question);
+    const auto judge = [this] {
+        return connectedProfile(state_) == nullptr ? CONNECTION_ERROR_OFFLINE : resultOf(state_.internet);
+    };
+    return ask(state_.internet, judge, std::move(answer), question);
 }
 
 int SimulatedNetwork::injectedFault(std::string_view function) {
@@ -114,8 +122,7 @@ int SimulatedNetwork::store(const std::string& id, const Ipv6Settings& settings)
 }
 
 // Carries out a change of the state and queues what the observer must hear of it.
-template <typename Change>
-void SimulatedNetwork::announce(Change change) {
+void SimulatedNetwork::announce(const std::function<void()>& change) {
     const int typeBefore = connectionType(state_);
     const Addresses addressesBefore = addressesOf(state_);
     change();

@@ -20,6 +20,17 @@ class SimulatedNetwork final : public Backend {
     int store(const std::string& id, const Ipv6Settings& settings) override;
     int askGateway(const std::string& profileId, Answer answer, std::unique_ptr<Question>& question) override;
     int askOnline(Answer answer, std::unique_ptr<Question>& question) override;
+    int wifiActivated(bool& activated) override;
+    int accessPoints(std::vector<std::string>& ids) override;
+    int accessPoint(const std::string& id, AccessPoint& found) override;
+    int connectedAccessPoint(std::string& id) override;
+    int connectAccessPoint(const std::string& id, const std::string& passphrase, Answer answer,
+                           std::unique_ptr<Question>& question) override;
+    int disconnectAccessPoint(const std::string& id, Answer answer, std::unique_ptr<Question>& question) override;
+    int scan(Answer answer, std::unique_ptr<Question>& question) override;
+    int askAccessPointGateway(const std::string& id, Answer answer, std::unique_ptr<Question>& question) override;
+    int askWifiOnline(Answer answer, std::unique_ptr<Question>& question) override;
+    int storeAccessPoint(const std::string& id, const Ipv6Settings& settings) override;
     void observe(Observer* observer) override { observer_ = observer; }
     int injectedFault(std::string_view function) override;
     std::string command(std::span<const std::string> words) override;
@@ -27,13 +38,23 @@ class SimulatedNetwork final : public Backend {
   private:
     using Notice = std::function<void(Observer&)>;
 
-    int ask(Reply State::*reply, int whenDisconnected, Answer answer, std::unique_ptr<Question>& question);
-    template <typename Change>
-    void announce(Change change);
+    // A connection under way. The question may be withdrawn while the attempt goes on.
+    struct Attempt {
+        std::string id;
+        std::string passphrase;
+        std::shared_ptr<Answer> answer;
+        Timer timer;
+    };
+
+    int ask(const Reply& reply, std::function<int()> judge, Answer answer, std::unique_ptr<Question>& question);
+    int outcomeOf(const Attempt& attempt) const;
+    void endAttempt(int result);
+    void announce(const std::function<void()>& change);
     void queueNotice(Notice notice);
     void deliverNotice();
 
     State state_;
+    std::optional<Attempt> attempt_;
     Observer* observer_ = nullptr;
     std::deque<Notice> notices_;
     Timer noticeTimer_;

@@ -18,15 +18,15 @@ int ethernetState(const State& state) {
 
 int connectionType(const State& state) {
     if (linkIsUp(state)) return CONNECTION_TYPE_ETHERNET;
-    return connectedProfile(state) == nullptr ? CONNECTION_TYPE_DISCONNECTED : CONNECTION_TYPE_WIFI;
+    const bool connected = connectedProfile(state) != nullptr || connectedAccessPoint(state) != nullptr;
+    return connected ? CONNECTION_TYPE_WIFI : CONNECTION_TYPE_DISCONNECTED;
 }
 
 namespace {
 
 // Settings count in their static mode only, and a static mode without values leaves what the network gave.
-Ipv6Values liveValues(const ProfileRecord& record) {
-    const Ipv6Settings& configured = record.configured;
-    Ipv6Values live = record.whenLinked.ipv6;
+Ipv6Values liveValues(const Ipv6Values& given, const Ipv6Settings& configured) {
+    Ipv6Values live = given;
     Ipv6Settings counting;
     counting.dnsIsStatic = configured.dnsIsStatic.value_or(live.dnsIsStatic);
     if (configured.isStatic.value_or(false) && configured.address) {
@@ -46,7 +46,7 @@ Ipv6Values liveValues(const ProfileRecord& record) {
 
 Profile seenProfile(const State& state, const ProfileRecord& record) {
     Profile seen = record.whenLinked;
-    seen.ipv6 = liveValues(record);
+    seen.ipv6 = liveValues(record.whenLinked.ipv6, record.configured);
     if (seen.type == CONNECTION_PROFILE_TYPE_ETHERNET && !linkIsUp(state)) {
         seen.state = CONNECTION_PROFILE_STATE_DISCONNECTED;
     }
@@ -68,6 +68,24 @@ const ProfileRecord* connectedProfile(const State& state) {
     const auto found = std::find_if(state.profiles.begin(), state.profiles.end(),
                                     [&](const ProfileRecord& record) { return isConnected(state, record); });
     return found == state.profiles.end() ? nullptr : &*found;
+}
+
+AccessPoint seenAccessPoint(const State& state, const AccessPointRecord& record) {
+    AccessPoint seen = record.whenConnected;
+    seen.ipv6 = state.radio->connected == record.id ? liveValues(seen.ipv6, record.configured) : Ipv6Values{};
+    return seen;
+}
+
+const AccessPointRecord* findAccessPoint(const State& state, std::string_view id) {
+    if (!state.radio || !state.radio->on) return nullptr;
+    const auto& all = state.radio->accessPoints;
+    const auto found = std::find_if(all.begin(), all.end(),
+                                    [&](const AccessPointRecord& record) { return record.isFound && record.id == id; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+const AccessPointRecord* connectedAccessPoint(const State& state) {
+    return state.radio ? findAccessPoint(state, state.radio->connected) : nullptr;
 }
 
 }  // namespace network::simulated
