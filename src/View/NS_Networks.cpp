@@ -144,8 +144,12 @@ void openNetwork(const NetworkKind& kind, sNetworkStatus& status) {
     kind.open(status);
 }
 
-const NetworkKind* openedNetworkKind() {
-    return opened;
+void releaseNetwork(sNetworkStatus& status, const char* storedName) {
+    const NetworkKind* kind = networkKindOf(storedName);
+    if (!kind) LOG_DEBUG("Wrong Connection Type\n");
+    if (kind) kind->release(status);
+    if (opened && opened != kind) opened->release(status);
+    opened = nullptr;
 }
 
 const NetworkKind* storedNetworkKind() {

@@ -17,8 +17,9 @@ struct NetworkKind {
 const NetworkKind* networkKindOf(const char* storedName);
 // The kind of that number; wireless for any but the wired one.
 const NetworkKind& networkKindOf(int number);
-// Opens a kind's client and starts its first check; the gadget's end releases what was opened.
+// Opens a kind's client and starts its first check.
 void openNetwork(const NetworkKind& kind, sNetworkStatus& status);
-const NetworkKind* openedNetworkKind();
+// Releases the kind that the store names, and the opened one too where the store has changed meanwhile.
+void releaseNetwork(sNetworkStatus& status, const char* storedName);
 // The kind that the settings store names, or null.
 const NetworkKind* storedNetworkKind();

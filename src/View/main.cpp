@@ -111,18 +111,6 @@ void deleteWidgets(sNetworkStatus& status) {
     }
 }
 
-void releaseNetwork(sNetworkStatus& status) {
-    const NetworkKind* kind = networkKindOf(networkType);
-    if (kind) {
-        kind->release(status);
-    } else {
-        LOG_DEBUG("Wrong Connection Type\n");
-    }
-    // The stored type may have changed meanwhile; what was opened must not outlive the gadget.
-    const NetworkKind* opened = openedNetworkKind();
-    if (opened && opened != kind) opened->release(status);
-}
-
 void _on_destroy(ug_handle ug, ug_data /*data*/, void* priv) {
     LOG_SCOPE();
     LOG_DEBUG(" \n -----  _on_destroy  ------   \n \n");
@@ -134,7 +122,7 @@ void _on_destroy(ug_handle ug, ug_data /*data*/, void* priv) {
     PlatformText stored = readStore(kNetworkTypeKey);
     networkType = stored.get();
     freeGlobalIPInfo();
-    releaseNetwork(*status);
+    releaseNetwork(*status, networkType);
     deleteWidgets(*status);
     freeSNetworkStatus();
     networkType = nullptr;
