@@ -7,7 +7,7 @@ root=$(cd "$(dirname "$0")" && pwd)
 called_from=$PWD
 host=$root/build/dev/bin/gadget-host
 targets=(gadget-host ug-Ostrelle-efl gadget-resources gadget-networks)
-scenario=$root/platform/network/simulated/scenarios/success.json
+kind=wired scenario=success
 tour=$root/build/tour
 
 build() {
@@ -52,11 +52,12 @@ run_tour() {
     mkdir -p "$tour"
     local options status=0
     absolute_options "$@"
-    has_option --network -n "$@" || options+=(--network "simulated=$scenario")
+    has_option --network -n "$@" ||
+        options+=(--network "simulated=$root/platform/network/simulated/scenarios/$scenario.json")
     has_option --store "" "$@" || options+=(--store "$tour/settings.db")
-    echo "No display: running the tour tour/wired.tour on a virtual screen"
+    echo "No display: running the tour tour/$kind.tour on a virtual screen"
     (cd "$tour" && xvfb-run -a -e xvfb.log -s "-screen 0 1920x1080x24" "$host" "${options[@]}" \
-        --script "$root/tour/wired.tour") >"$tour/transcript.txt" 2>"$tour/log.txt" || status=$?
+        --script "$root/tour/$kind.tour") >"$tour/transcript.txt" 2>"$tour/log.txt" || status=$?
     if ((status != 0)); then
         tail -n 15 "$tour/transcript.txt" "$tour/log.txt" >&2
         echo "The tour failed with exit code $status (./run.sh --help lists them)" >&2
@@ -65,6 +66,7 @@ run_tour() {
     return "$status"
 }
 
+if has_option --wireless "" "$@"; then kind=wireless scenario=wifi-success; fi
 cd "$root"
 # shellcheck source=scripts/packages.sh
 . scripts/packages.sh

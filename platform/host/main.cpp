@@ -24,6 +24,7 @@
 
 namespace {
 
+constexpr const char* kNetworkTypeKey = "db/menu/network/network_type";
 constexpr const char* kHighContrastKey = "db/menu/system/accessibility/highcontrast";
 
 int complain(int exitCode, const std::string& message) {
@@ -66,7 +67,11 @@ int startServices(const host::HostOptions& options) {
         return complain(host::kExitUsage, message);
     }
     if (!options.store.empty() && !store::open(options.store, message)) return complain(host::kExitStore, message);
-    const network::Selection selection = network::select(options.network, {options.onlineUrl});
+    if (!options.networkType.empty() && vconf_set_str(kNetworkTypeKey, options.networkType.c_str()) != 0) {
+        return complain(host::kExitStore, "the network type cannot be stored");
+    }
+    const bool wireless = options.networkType == "Wireless";
+    const network::Selection selection = network::select(options.network, {options.onlineUrl, wireless});
     if (!selection.selected) return complain(host::kExitNetwork, selection.text);
     std::cout << "network: " << selection.text << std::endl;
     return 0;

@@ -25,6 +25,8 @@ struct Given {
     char* size = nullptr;
     char* script = nullptr;
     char* logLevel = nullptr;
+    Eina_Bool wired = EINA_FALSE;
+    Eina_Bool wireless = EINA_FALSE;
     Eina_Bool fullscreen = EINA_FALSE;
     Eina_Bool version = EINA_FALSE;
     Eina_Bool help = EINA_FALSE;
@@ -65,6 +67,8 @@ host::HostOptions optionsOf(const Given& given) {
     take(options.script, given.script);
     take(options.logLevel, given.logLevel);
     options.fullscreen = given.fullscreen != EINA_FALSE;
+    if (given.wired) options.networkType = "Wired";
+    if (given.wireless) options.networkType = "Wireless";
     return options;
 }
 
@@ -93,6 +97,8 @@ ParsedOptions parseOptions(int argc, char** argv) {
     Ecore_Getopt_Value values[] = {
         ECORE_GETOPT_VALUE_STR(given.module),
         ECORE_GETOPT_VALUE_STR(given.network),
+        ECORE_GETOPT_VALUE_BOOL(given.wired),
+        ECORE_GETOPT_VALUE_BOOL(given.wireless),
         ECORE_GETOPT_VALUE_STR(given.store),
         ECORE_GETOPT_VALUE_STR(given.onlineUrl),
         ECORE_GETOPT_VALUE_STR(given.size),
@@ -109,6 +115,7 @@ ParsedOptions parseOptions(int argc, char** argv) {
     if (given.help || given.version) return {{}, true, kExitClosed};
     if (read < argc) return usageError(std::string("unexpected argument ") + argv[read]);
 
+    if (given.wired && given.wireless) return usageError("--wired and --wireless exclude each other");
     ParsedOptions parsed{optionsOf(given)};
     if (given.size != nullptr && !parseSize(given.size, parsed.options.size)) {
         return usageError(std::string("--size ") + given.size + ": write it as 1920x1080, each side from 320 to 7680");

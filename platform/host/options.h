@@ -16,6 +16,7 @@ bool parseSize(const std::string& text, Size& size);
 struct HostOptions {
     std::string module;
     std::string network = "auto";
+    std::string networkType;  // "Wired" or "Wireless", to be stored; empty: the stored one stays
     std::string store;
     std::string onlineUrl;
     std::string script;

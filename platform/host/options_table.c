@@ -18,6 +18,8 @@ const Ecore_Getopt hostOptions = {
     {
         ECORE_GETOPT_STORE_METAVAR_STR('m', "module", "The gadget's module (" GADGET_MODULE_FILE ").", "FILE"),
         ECORE_GETOPT_STORE_METAVAR_STR('n', "network", "auto, networkmanager or simulated=FILE (auto).", "NETWORK"),
+        ECORE_GETOPT_STORE_TRUE('\0', "wired", "Store that the TV uses its wired network."),
+        ECORE_GETOPT_STORE_TRUE('\0', "wireless", "Store that the TV uses its wireless network."),
         ECORE_GETOPT_STORE_METAVAR_STR('\0', "store", "The settings store (the user's own).", "FILE"),
         ECORE_GETOPT_STORE_METAVAR_STR('\0', "online-url", "Asked over IPv6 where NetworkManager does not check.",
                                        "URL"),

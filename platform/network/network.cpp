@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::string_view kSimulatedChoice = "simulated=";
 constexpr const char* kSuccessScenario = GADGET_HOST_FOLDER "/networks/success.json";
+constexpr const char* kWirelessScenario = GADGET_HOST_FOLDER "/networks/wifi-success.json";
 
 // Never destroyed by the process's end, when the toolkit under its timers is gone; release() does it.
 constinit Backend* selected = nullptr;
@@ -45,8 +46,9 @@ Selection selectNetworkManager(const Options& options) {
 Selection select(const std::string& choice, const Options& options) {
     if (choice == "networkmanager") return selectNetworkManager(options);
     if (choice == "auto") {
-        return networkManagerAnswers() ? selectNetworkManager(options)
-                                       : selectSimulated(kSuccessScenario, "NetworkManager does not answer; ");
+        if (networkManagerAnswers()) return selectNetworkManager(options);
+        const char* scenario = options.wireless ? kWirelessScenario : kSuccessScenario;
+        return selectSimulated(scenario, "NetworkManager does not answer; ");
     }
     if (choice.starts_with(kSimulatedChoice) && choice.size() > kSimulatedChoice.size()) {
         return selectSimulated(choice.substr(kSimulatedChoice.size()), "");

@@ -16,9 +16,9 @@ struct Selection {
     std::string text;  // selected: which network this is, for the terminal; otherwise one line that says why not
 };
 
-// Options that only the machine's own network looks at.
 struct Options {
     std::string onlineUrl;  // asked over IPv6 when NetworkManager's own connectivity check is switched off
+    bool wireless = false;  // "auto" without NetworkManager simulates a wireless network
 };
 
 // Opens the network that `choice` names: "networkmanager", "simulated=FILE", or "auto", which takes NetworkManager when
