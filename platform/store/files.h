@@ -8,7 +8,7 @@ namespace store {
 
 namespace fs = std::filesystem;
 
-// Where the store lies when nobody says (XDG Base Directory Specification). Empty without a home.
+// Where the store lies when nobody says ($XDG_STATE_HOME or ~/.local/state). Empty without a home.
 fs::path defaultPath();
 
 // Makes the folder of `file` and those above it, each readable by its owner only and safe against a power cut.

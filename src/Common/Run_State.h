@@ -26,6 +26,12 @@ inline constexpr char kOpenNetwork = 'U';
 extern int strength_signal;
 extern char wifi_security_type;
 
+struct sConnectivityStatus;
+// What the running check has found out, or null when there is no memory for it.
+sConnectivityStatus* checkResults();
+// The gateway cannot be asked, or its answer will not come: the running stage ends without it.
+void giveUpGateway();
+
 // Deletes the timer of a slot, if there is one, and forgets it.
 void clearTimer(int slot);
 // Ends the running stage: clears the stage slot and the spare one.

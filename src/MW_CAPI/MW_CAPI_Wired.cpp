@@ -25,11 +25,6 @@ connection_handle client() {
     return status ? status->connection : nullptr;
 }
 
-sConnectivityStatus* connectivity() {
-    const sNetworkStatus* status = createNetworkStatus();
-    return status ? status->connStatus : nullptr;
-}
-
 // An iterator over profiles that is released on every way out.
 class ProfileWalk {
   public:
@@ -136,11 +131,6 @@ void fillFromProfile(sGlobalIPInfo& info, connection_profile_handle profile) {
     fillField(info.global_DNS, result, text, kDnsTexts);
 }
 
-void endStageOneUnreachable() {
-    if (sConnectivityStatus* results = connectivity()) results->gatewayReachable = 0;
-    thread_flag = 0;
-}
-
 void profile_check_gateway_async_callback(int result, void* /*data*/) {
     LOG_SCOPE();
     if (result == CONNECTION_ERROR_NONE) {
@@ -148,7 +138,7 @@ void profile_check_gateway_async_callback(int result, void* /*data*/) {
     } else {
         LOG_DEBUG("profile_check_gateway_async_callback Failed !!!!%s\n", convertWiredErrorToString(result));
     }
-    if (sConnectivityStatus* results = connectivity()) results->gatewayReachable = result == CONNECTION_ERROR_NONE;
+    if (sConnectivityStatus* results = checkResults()) results->gatewayReachable = result == CONNECTION_ERROR_NONE;
     thread_flag = 0;
 }
 
@@ -165,7 +155,7 @@ void get_is_online_async_callback(int result, void* /*data*/) {
     } else {
         LOG_DEBUG("Async Check Online Failed error : %s\n", convertWiredErrorToString(result));
     }
-    sConnectivityStatus* results = connectivity();
+    sConnectivityStatus* results = checkResults();
     if (!results) return;
     results->internetOnline = result == CONNECTION_ERROR_NONE;
     results->internetCheckDone = 1;
@@ -331,13 +321,13 @@ void check_gateway_wired(bool ethernetUsable) {
         LOG_DEBUG("connection_profile_check_gateway_async success\n");
         return;
     }
-    endStageOneUnreachable();
+    giveUpGateway();
     LOG_DEBUG("connection_profile_check_gateway_async Failed !!!!%s\n", convertWiredErrorToString(result));
 }
 
 bool internet_status_of_wired() {
     LOG_SCOPE();
-    sConnectivityStatus* results = connectivity();
+    sConnectivityStatus* results = checkResults();
     if (!results) return true;
     results->internetOnline = 0;
     const int result = connection_get_is_online_ipv6_async(client(), get_is_online_async_callback, nullptr);

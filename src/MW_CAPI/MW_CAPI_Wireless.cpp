@@ -28,20 +28,10 @@ constinit std::array<wifi_ap_handle, 16> askedAps{};
 constinit std::size_t askedCount = 0;
 constinit std::size_t unanswered = 0;
 
-sConnectivityStatus* connectivity() {
-    const sNetworkStatus* status = createNetworkStatus();
-    return status ? status->connStatus : nullptr;
-}
-
 void releaseAskedAps() {
     for (wifi_ap_handle& ap : std::span(askedAps).first(askedCount))
         wifi_ap_destroy(std::exchange(ap, nullptr));
     askedCount = unanswered = 0;
-}
-
-void endStageOneUnreachable() {
-    if (sConnectivityStatus* results = connectivity()) results->gatewayReachable = 0;
-    thread_flag = 0;
 }
 
 bool isWifiOn() {
@@ -61,7 +51,7 @@ void connected_callback(int result, void* /*data*/) {
         return;
     }
     LOG_DEBUG("Wi-Fi Connection Failed! error : %s \n", convertWifiErrorToString(result));
-    endStageOneUnreachable();
+    giveUpGateway();
 }
 
 // Hands the passphrase over where the access point wants one. False when it was refused.
@@ -186,7 +176,7 @@ void check_online_callback(int result, void* /*data*/) {
     } else {
         LOG_DEBUG("Online Check Failed! error : %s\n", convertWifiErrorToString(result));
     }
-    sConnectivityStatus* results = connectivity();
+    sConnectivityStatus* results = checkResults();
     if (!results) return;
     results->internetOnline = result == WIFI_ERROR_NONE;
     results->internetCheckDone = 1;
@@ -239,13 +229,13 @@ int Connect_With_AP(sAPConnectData* request) {
     LOG_SCOPE();
     if (!isWifiOn()) {
         LOG_DEBUG("Fail to connect wifi is not activated\n");
-        endStageOneUnreachable();
+        giveUpGateway();
         return -1;
     }
     const int result = wifi_foreach_found_aps(found_connect_ap_callback, request);
     if (result != WIFI_ERROR_NONE) {
         LOG_DEBUG("Fail to connect (can't get AP list) [%s]\n", convertWifiErrorToString(result));
-        endStageOneUnreachable();
+        giveUpGateway();
         return -1;
     }
     LOG_DEBUG("Connection step finished\n");
@@ -294,7 +284,7 @@ int Get_Mac_Address() {
 
 bool internet_status_of_ap() {
     LOG_SCOPE();
-    sConnectivityStatus* results = connectivity();
+    sConnectivityStatus* results = checkResults();
     if (!results) return true;
     results->internetOnline = 0;
     const int result = wifi_get_is_online_ipv6_async(check_online_callback, nullptr);
@@ -314,7 +304,7 @@ void check_gateway_async_callback(int result, void* /*data*/) {
     } else {
         LOG_DEBUG("check_gateway_async_callback Failed! error : %s\n", convertWifiErrorToString(result));
     }
-    if (sConnectivityStatus* results = connectivity()) results->gatewayReachable = result == WIFI_ERROR_NONE;
+    if (sConnectivityStatus* results = checkResults()) results->gatewayReachable = result == WIFI_ERROR_NONE;
     thread_flag = 0;
     if (unanswered > 0 && --unanswered == 0) releaseAskedAps();
 }

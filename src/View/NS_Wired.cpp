@@ -110,7 +110,7 @@ void readAddresses() {
 }
 
 // Reads the address and judges it. False when there is no record to read it into.
-bool checkAddress(sNetworkStatus& status) {
+bool checkAddress() {
     sGlobalIPInfo* info = createGlobalIPInfo();
     if (!info) {
         LOG_DEBUG("Wired Connnection - sGlobalIPInfo Object is NULL\n\n");
@@ -121,8 +121,7 @@ bool checkAddress(sNetworkStatus& status) {
         bCheck_ip_address = 1;
         return true;
     }
-    status.connStatus->gatewayReachable = 0;
-    thread_flag = 0;
+    giveUpGateway();
     LOG_DEBUG("Wired Connnection Failed - INVALID IP [%s]!!\n\n", info->global_IP_ADDRESS);
     return true;
 }
@@ -137,14 +136,14 @@ void askGatewayOnce() {
 }
 
 // One pass of the checking frame; the first one of a run only animates. False when the run cannot go on.
-bool passCheckingFrame(sNetworkStatus& status) {
+bool passCheckingFrame(sNetworkStatus& /*status*/) {
     Net_Set_Conn_Tv_Image_No = 0;
     LOG_DEBUG("Wired Connnection -loading[%d]\n\n", loading);
     if (loading == 0) {
         loading = 1;
         return true;
     }
-    if (bCheck_ip_address == 0 && !checkAddress(status)) return false;
+    if (bCheck_ip_address == 0 && !checkAddress()) return false;
     askGatewayOnce();
     return true;
 }

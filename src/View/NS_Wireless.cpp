@@ -28,11 +28,6 @@ constexpr const char* kFailureMessage = "TV_SID_WIRELESS_NETWORK_CONNECTION_FAIL
 
 constinit unsigned char bCheck_ip_address = 0;  // 1 once this run's address is valid
 
-void giveUpGateway(sNetworkStatus& status) {
-    status.connStatus->gatewayReachable = 0;
-    thread_flag = 0;
-}
-
 bool isRouterSilent(const sNetworkStatus& status) {
     return status.connStatus->gatewayReachable == 0;
 }
@@ -101,7 +96,7 @@ void readAddresses() {
 }
 
 // Reads the address and judges it. False when there is no record to read it into.
-bool checkAddress(sNetworkStatus& status) {
+bool checkAddress() {
     sGlobalIPInfo* info = createGlobalIPInfo();
     if (!info) {
         LOG_DEBUG("Wireless Connection Failed - sGlobalIPInfo Object is NULL\n\n");
@@ -112,7 +107,7 @@ bool checkAddress(sNetworkStatus& status) {
         bCheck_ip_address = 1;
         return true;
     }
-    giveUpGateway(status);
+    giveUpGateway();
     LOG_DEBUG("Wireless Connection Failed - Invalid IP[%s]!!\n\n", info->global_IP_ADDRESS);
     return true;
 }
@@ -124,7 +119,7 @@ bool passCheckingFrame(sNetworkStatus& status) {
         ++loading;
         return true;
     }
-    if (bCheck_ip_address == 0 && !checkAddress(status)) return false;
+    if (bCheck_ip_address == 0 && !checkAddress()) return false;
     if (bCheck_ip_address == 1) check_gateway_wireless(&status);
     if (!Is_Connected_AP()) thread_flag = 0;
     return true;
@@ -246,7 +241,7 @@ void check_gateway_wireless(sNetworkStatus* status) {
     int result = fetchConnectedAp(ap);
     if (result != WIFI_ERROR_NONE) {
         LOG_DEBUG("Fail to get connected AP %s\n\n", convertWifiErrorToString(result));
-        giveUpGateway(*status);
+        giveUpGateway();
         return;
     }
     if (!ap) return;
@@ -262,7 +257,7 @@ void check_gateway_wireless(sNetworkStatus* status) {
         return;
     }
     logRefusal(result, retried);
-    giveUpGateway(*status);
+    giveUpGateway();
 }
 
 const char* signalPicture(char security, int rssi) {

@@ -24,8 +24,6 @@ constexpr const char* k3 = "network_popup_connect_3.png";
 constexpr const char* k4 = "network_popup_connect_4.png";
 constexpr const char* k5 = "network_popup_connect_5.png";
 constexpr const char* k6 = "network_popup_connect_6.png";
-constexpr const char* kNoInternet = "network_connect_3.png";
-constexpr const char* kNoCable = "network_connect_0.png";
 
 // The address is read and the gateway asked on the seventh tick; an answer counts from the next tick on.
 const Timeline kTimelines[] = {
@@ -42,7 +40,7 @@ const Timeline kTimelines[] = {
      "network internet online 2.2\n"},
     {"the internet takes longer than its frames",
      "success",
-     {k1, k2, k3, k0, k1, k2, k3, k0, k3, k4, k5, k6, k3, k4, kNoInternet},
+     {k1, k2, k3, k0, k1, k2, k3, k0, k3, k4, k5, k6, k3, k4, kNoInternetPicture},
      kFailed,
      "network internet offline 3.2\n"},
     {"the gateway takes three seconds",
@@ -54,12 +52,15 @@ const Timeline kTimelines[] = {
     {"the address comes just before it is read", "late-address", {k1, k2, k3, k0, k1, k2, k3, k0, k6}, kReady},
     {"the gateway check cannot be started", "gateway-refused", {k1, k2, k3, k0, k1, k2, k0}, kFailed},
     {"the gateway check starts at the second attempt", "gateway-retry", {k1, k2, k3, k0, k1, k2, k3, k0, k6}, kReady},
-    {"the online check cannot be started", "internet-refused", {k1, k2, k3, k0, k1, k2, k3, k0, kNoInternet}, kFailed},
-    {"the cable is out from the start", "cable-down", {kNoCable}, kFailed},
-    {"the cable is pulled in stage one", "success", {k1, k2, kNoCable}, kFailed, "", "network unplug\n"},
+    {"the online check cannot be started",
+     "internet-refused",
+     {k1, k2, k3, k0, k1, k2, k3, k0, kNoInternetPicture},
+     kFailed},
+    {"the cable is out from the start", "cable-down", {kNoCablePicture}, kFailed},
+    {"the cable is pulled in stage one", "success", {k1, k2, kNoCablePicture}, kFailed, "", "network unplug\n"},
     {"the cable is pulled in stage two",
      "pulled-in-stage-two",
-     {k1, k2, k3, k0, k1, k2, k3, k0, k3, k4, kNoCable},
+     {k1, k2, k3, k0, k1, k2, k3, k0, k3, k4, kNoCablePicture},
      kFailed},
 };
 

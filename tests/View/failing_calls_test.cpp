@@ -9,7 +9,6 @@
 namespace {
 
 constexpr const char* kMac = "02:00:5E:10:00:01";
-using Texts = std::vector<std::string>;
 
 struct Failure {
     const char* call;
@@ -18,34 +17,31 @@ struct Failure {
     const char* result = "OPERATION_FAILED";
 };
 
+const Texts kLive{kMac, "2001:db8:1::10", "64", "fe80::1", "2001:db8:1::53"};
 const Texts kDefaults{kMac, "::", "0", "::", "::"};
 const Texts kNothing{"00:00:00:00:00:00", "::", "0", "::", "::"};
-const Texts kBlank(5, "");
 
 const Failure kFailures[] = {
     {"connection_create", kFailed, kNothing},
-    {"connection_set_type_changed_cb", kReady, kBlank},
-    {"connection_get_ethernet_state", kFailed, {kMac, "2001:db8:1::10", "64", "fe80::1", "2001:db8:1::53"}},
+    {"connection_set_type_changed_cb", kReady, kBlankPanel},
+    {"connection_get_ethernet_state", kFailed, kLive},
     {"connection_get_profile_iterator", kFailed, kDefaults},
     {"connection_profile_iterator_next", kFailed, kDefaults},
     {"connection_profile_get_type", kFailed, kDefaults},
-    {"connection_profile_clone", kReady, kBlank},
-    {"connection_get_mac_address", kReady, kBlank},
+    {"connection_profile_clone", kReady, kBlankPanel},
+    {"connection_get_mac_address", kReady, kBlankPanel},
     {"connection_profile_get_ip_address", kFailed, {kMac, "::", "64", "fe80::1", "2001:db8:1::53"}},
-    {"connection_profile_get_prefix_length", kReady, kBlank},
-    {"connection_profile_get_gateway_address", kReady, kBlank},
-    {"connection_profile_get_dns_address", kReady, kBlank},
-    {"connection_profile_check_gateway6_async", kFailed, {kMac, "2001:db8:1::10", "64", "fe80::1", "2001:db8:1::53"}},
-    {"connection_profile_check_gateway6_async",
-     kFailed,
-     {kMac, "2001:db8:1::10", "64", "fe80::1", "2001:db8:1::53"},
-     "NO_CONNECTION"},
-    {"connection_get_is_online_ipv6_async", kFailed, {kMac, "2001:db8:1::10", "64", "fe80::1", "2001:db8:1::53"}},
-    {"connection_unset_type_changed_cb", kReady, kBlank},
-    {"connection_unset_async_cb", kReady, kBlank},
-    {"connection_destroy", kReady, kBlank},
-    {"connection_destroy_profile_iterator", kReady, kBlank},
-    {"connection_profile_destroy", kReady, kBlank},
+    {"connection_profile_get_prefix_length", kReady, kBlankPanel},
+    {"connection_profile_get_gateway_address", kReady, kBlankPanel},
+    {"connection_profile_get_dns_address", kReady, kBlankPanel},
+    {"connection_profile_check_gateway6_async", kFailed, kLive},
+    {"connection_profile_check_gateway6_async", kFailed, kLive, "NO_CONNECTION"},
+    {"connection_get_is_online_ipv6_async", kFailed, kLive},
+    {"connection_unset_type_changed_cb", kReady, kBlankPanel},
+    {"connection_unset_async_cb", kReady, kBlankPanel},
+    {"connection_destroy", kReady, kBlankPanel},
+    {"connection_destroy_profile_iterator", kReady, kBlankPanel},
+    {"connection_profile_destroy", kReady, kBlankPanel},
 };
 
 TEST(FailingCalls, LeaveADefaultAFlagOrAVerdict) {
@@ -86,12 +82,13 @@ TEST(FailingCalls, DefaultsShowInThePanelOfACancelledCheck) {
     }
 }
 
-TEST(FailingCalls, AStoreThatCannotBeWrittenLeavesAWorkingGadget) {
-    const HostRun run(
-        {.script = std::string("expect \"") + kReady + "\" within 10\nkey Return\nexpect closed within 1\n",
-         .arguments = {"--store", "/proc/nowhere/settings.db"}});
-    EXPECT_EQ(run.storedText("db/menu/network/network_type"), std::nullopt);
-    EXPECT_EQ(run.errors().find("AddressSanitizer"), std::string::npos);
+TEST(FailingCalls, AStoreThatCannotBeOpenedLeavesAWorkingGadget) {
+    // No store at all: the network type cannot be seeded either, so no check starts, and the gadget still closes.
+    const HostRun run({.script = "expect \"Cancel\" within 2\nwait 5\nkey XF86Back\nexpect closed within 1\n",
+                       .environment = {{"XDG_STATE_HOME", "/proc/nowhere"}},
+                       .arguments = {"--store="}});
+    EXPECT_TRUE(run.succeeded()) << run;
+    EXPECT_NE(run.errors().find("/proc/nowhere"), std::string::npos) << run.errors();
 }
 
 }  // namespace

@@ -8,8 +8,6 @@
 
 namespace {
 
-const std::vector<std::string> kFullRow{"IPv6 settings", "Retry", "Close"};
-
 struct Cancel {
     const char* when;
     const char* picture;
@@ -73,7 +71,7 @@ TEST(RunControl, RetryStartsAFreshRun) {
     const nlohmann::json started = run.dump("started.json");
     EXPECT_EQ(textIn(started, kMessagePart), kChecking);
     EXPECT_EQ(textIn(started, kAdvicePart), "");
-    EXPECT_EQ(panelIn(started), std::vector<std::string>(5, ""));
+    EXPECT_EQ(panelIn(started), kBlankPanel);
     EXPECT_EQ(textIn(started, "PartMain:MAC_Address"), "");
     EXPECT_EQ(textIn(started, "PartMain:MACcolon"), "");
     EXPECT_EQ(pictureIn(started, kVerdictPart), "");

@@ -15,6 +15,10 @@ std::string scenario(const std::string& name) {
     return SCENARIO_FOLDER + name + ".json";
 }
 
+std::string frame(int number) {
+    return "network_popup_connect_" + std::to_string(number) + ".png";
+}
+
 std::string textIn(const nlohmann::json& dump, const std::string& part) {
     return valueIn(dump, part, "text");
 }

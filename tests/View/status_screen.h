@@ -14,6 +14,24 @@ inline constexpr const char* kErrorMarkPart = "PartMain:elm.swallow.status_fail"
 inline constexpr const char* kMessagePart = "PartMain:connection_msg_block";
 inline constexpr const char* kAdvicePart = "PartMain:suggestioneline2";
 
+inline constexpr const char* kNoGatewayPicture = "network_popup_connect_0.png";
+inline constexpr const char* kNoInternetPicture = "network_connect_3.png";
+inline constexpr const char* kNoCablePicture = "network_connect_0.png";
+inline constexpr const char* kErrorMark = "wizard_popup_connect_error.png";
+// Frame number `number` of the running check.
+std::string frame(int number);
+
+using Texts = std::vector<std::string>;
+inline const Texts kFullRow{"IPv6 settings", "Retry", "Close"};
+inline const Texts kRowWithoutSettings{"Retry", "Close"};
+inline const Texts kBlankPanel(5, "");
+
+inline constexpr const char* kNoInternetAdvice =
+    "The TV is connected to the router, but the internet cannot be reached over IPv6. Restart the router or contact "
+    "your internet service provider.";
+inline constexpr const char* kMacAdvice =
+    "The TV's network adapter has no valid MAC address. Contact customer service.";
+
 inline constexpr const char* kChecking = "Checking the wired network connection…";
 inline constexpr const char* kReady = "Your wired network and the internet are ready to use.";
 inline constexpr const char* kFailed = "Wired network connection failed.";
