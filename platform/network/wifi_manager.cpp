@@ -28,13 +28,14 @@ int wifi_initialize(void) {
     return network::wifiError(network::boundaryCall(__func__, []() -> int {
         if (wifiService().initialised || backend() == nullptr) return CONNECTION_ERROR_INVALID_OPERATION;
         wifiService().initialised = true;
+        ++wifiService().session;
         return kNone;
     }));
 }
 
 int wifi_deinitialize(void) {
     return wifiCall(__func__, true, []() -> int {
-        network::releaseWifi();
+        network::endWifiSession();
         return kNone;
     });
 }
@@ -51,13 +52,15 @@ int wifi_get_mac_address(char** mac) {
     });
 }
 
-// The callback may call anything, so every step asks anew whether the manager is still there.
+// The callback may call anything, so every step asks anew whether this is still the manager that the walk began with.
 int wifi_foreach_found_aps(wifi_found_ap_cb cb, void* user_data) {
     return wifiCall(__func__, cb != nullptr, [&]() -> int {
         std::vector<std::string> ids;
         if (const int error = backend()->accessPoints(ids); error != kNone) return error;
+        const std::uint64_t session = wifiService().session;
         for (const std::string& id : ids) {
-            if (!cb(foundHandle(id), user_data) || !wifiService().initialised) break;
+            if (!cb(foundHandle(id), user_data)) break;
+            if (!wifiService().initialised || wifiService().session != session) break;
         }
         return kNone;
     });

@@ -6,6 +6,7 @@
 namespace network {
 namespace {
 
+// The Wi-Fi manager has no number of its own for the last four.
 constexpr auto kErrors = std::to_array<std::pair<int, int>>({
     {CONNECTION_ERROR_INVALID_GATEWAY, WIFI_ERROR_INVALID_GATEWAY},
     {CONNECTION_ERROR_OFFLINE, WIFI_ERROR_OFFLINE},
@@ -16,6 +17,10 @@ constexpr auto kErrors = std::to_array<std::pair<int, int>>({
     {CONNECTION_ERROR_DHCP_FAILED, WIFI_ERROR_DHCP_FAILED},
     {CONNECTION_ERROR_INVALID_KEY, WIFI_ERROR_INVALID_KEY},
     {CONNECTION_ERROR_NO_REPLY, WIFI_ERROR_NO_REPLY},
+    {CONNECTION_ERROR_ITERATOR_END, WIFI_ERROR_OPERATION_FAILED},
+    {CONNECTION_ERROR_TCP_SYN_TIMEOUT, WIFI_ERROR_OPERATION_FAILED},
+    {CONNECTION_ERROR_RST_IN_TCP_RESPONSE, WIFI_ERROR_OPERATION_FAILED},
+    {CONNECTION_ERROR_NO_KEYWORD, WIFI_ERROR_OPERATION_FAILED},
 });
 
 }  // namespace
@@ -37,8 +42,7 @@ void dropWifiRequests(const void* askedOn) {
     dropChecks(askedOn == nullptr ? static_cast<const void*>(&wifiService()) : askedOn);
 }
 
-// Handles that are the caller's stay known, so that they can still be destroyed.
-void releaseWifi() {
+void endWifiSession() {
     WifiService& service = wifiService();
     dropWifiRequests(nullptr);
     for (const void* handle : service.aps.handles())
@@ -46,6 +50,11 @@ void releaseWifi() {
     service.aps.removeIf([](const ApHandle& ap) { return !ap.isCallers; });
     service.found.clear();
     service.initialised = false;
+}
+
+void releaseWifi() {
+    endWifiSession();
+    wifiService().aps.removeIf([](const ApHandle&) { return true; });
 }
 
 }  // namespace network

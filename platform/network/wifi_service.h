@@ -18,6 +18,7 @@ struct ApHandle {
 
 struct WifiService {
     bool initialised = false;
+    std::uint64_t session = 0;  // counts the initialisations
     HandleTable<ApHandle> aps;
     std::map<std::string, wifi_ap_handle> found;  // one handle for each identity, until the manager is released
 };
@@ -29,7 +30,10 @@ int wifiError(int error);
 
 // Drops the pending requests, of one handle or, without one, of the manager itself.
 void dropWifiRequests(const void* askedOn);
-// Drops everything and counts as not initialised.
+// Drops every request and the service's own handles, and counts as not initialised. Handles that are the caller's stay
+// known, so that they can still be destroyed.
+void endWifiSession();
+// The same for a network that goes away; the caller's handles end too.
 void releaseWifi();
 
 // One boundary call of an initialised manager. `argumentsGiven` is false when a pointer is null.
@@ -54,8 +58,8 @@ int apCall(std::string_view function, wifi_ap_handle ap, bool argumentsGiven, Bo
 // Asks the backend through `ask(answer, question)`; the caller hears the Wi-Fi manager's number. Without a handle the
 // request is the manager's own.
 template <typename Ask>
-int startWifiRequest(const void* askedOn, wifi_result_cb function, void* userData, Ask ask) {
-    void* owner = const_cast<void*>(askedOn == nullptr ? static_cast<const void*>(&wifiService()) : askedOn);
+int startWifiRequest(void* askedOn, wifi_result_cb function, void* userData, Ask ask) {
+    void* owner = askedOn == nullptr ? &wifiService() : askedOn;
     return startCheck(owner, function, userData, [&](const Answer& answer, std::unique_ptr<Question>& question) {
         return ask([answer](int result) { answer(wifiError(result)); }, question);
     });

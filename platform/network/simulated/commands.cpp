@@ -1,27 +1,15 @@
 // Script commands of a simulated network, also used by the timed events of a scenario.
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <iterator>
+#include <iomanip>
 #include <sstream>
 
+#include "command_table.h"
 #include "result_names.h"
-#include "scenario.h"
 #include "values.h"
 
 namespace network::simulated {
 namespace {
-
-using Words = std::span<const std::string>;
-
-template <typename Number>
-std::optional<Number> parseNumber(const std::string& text) {
-    Number number{};
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc{} || stop != end) return std::nullopt;
-    return number;
-}
 
 // The profile that the value commands change: the wired one that is, or with the cable in would be, connected.
 ProfileRecord* wiredProfile(State& state) {
@@ -80,44 +68,19 @@ std::string setEthernetState(State& state, Words words) {
 }
 
 std::string setMac(State& state, Words words) {
-    return changeInterface(state, [&](EthernetInterface& ethernet) {
-        if (words[0] == "none") {
-            ethernet.mac.reset();
-            return std::string();
-        }
-        std::string fault = macFault(words[0], state.unchecked);
-        if (fault.empty()) ethernet.mac = words[0];
-        return fault;
-    });
-}
-
-// `success` is this question's own word for a good answer.
-std::string setReply(Reply& reply, std::string_view success, Words words) {
-    Reply changed{reply.delay, words[0] == "silent", CONNECTION_ERROR_NONE};
-    if (words.size() > 1) {
-        const auto seconds = parseNumber<double>(words[1]);
-        if (!seconds) return "\"" + words[1] + "\" is not a number of seconds";
-        if (std::string fault = secondsFault(*seconds); !fault.empty()) return fault;
-        changed.delay = *seconds;
-    }
-    if (!changed.silent && words[0] != success) {
-        const auto result = resultOf(words[0]);
-        if (!result) return "\"" + words[0] + "\" is not a result of the connection manager";
-        changed.result = *result;
-    }
-    reply = changed;
-    return "";
+    return changeInterface(
+        state, [&](EthernetInterface& ethernet) { return writeMac(ethernet.mac, words[0], state.unchecked); });
 }
 
 std::string setGateway(State& state, Words words) {
-    return setReply(state.gateway, "answer", words);
+    return writeReply(state.gateway, "answer", words);
 }
 
 std::string setInternet(State& state, Words words) {
-    if (words[0] != "offline") return setReply(state.internet, "online", words);
+    if (words[0] != "offline") return writeReply(state.internet, "online", words);
     std::vector<std::string> asResult(words.begin(), words.end());
     asResult[0] = "OFFLINE";
-    return setReply(state.internet, "online", asResult);
+    return writeReply(state.internet, "online", asResult);
 }
 
 std::string setAddress(State& state, Words words) {
@@ -125,28 +88,16 @@ std::string setAddress(State& state, Words words) {
 }
 
 std::string setRouter(State& state, Words words) {
-    return changeLiveValues(state, [&](Ipv6Values& live) {
-        const bool none = words[0] == "none";
-        std::string fault = none ? "" : addressFault(words[0], state.unchecked);
-        if (fault.empty()) live.gateway = none ? "" : words[0];
-        return fault;
-    });
+    return changeLiveValues(state, [&](Ipv6Values& live) { return writeRouter(live, words[0], state.unchecked); });
 }
 
 std::string setDns(State& state, Words words) {
-    return changeLiveValues(state, [&](Ipv6Values& live) -> std::string {
-        const bool none = words.size() == 1 && words[0] == "none";
-        for (const std::string& server : words) {
-            if (std::string fault = none ? "" : addressFault(server, state.unchecked); !fault.empty()) return fault;
-        }
-        live.dns.assign(words.begin(), none ? words.begin() : words.end());
-        return "";
-    });
+    return changeLiveValues(state, [&](Ipv6Values& live) { return writeServers(live, words, state.unchecked); });
 }
 
 std::string addFault(State& state, Words words) {
     const auto result = resultOf(words[1]);
-    if (!result) return "\"" + words[1] + "\" is not a result of the connection manager";
+    if (!result) return notAResult(words[1]);
     for (const std::string& fault : {callFault(words[0]), errorFault(*result)}) {
         if (!fault.empty()) return fault;
     }
@@ -183,73 +134,34 @@ std::string changeProfile(State& state, Words words) {
     return "";
 }
 
-struct Command {
-    std::string_view name;
-    std::size_t least, most;  // words after the name
-    std::string_view usage;
-    std::string (*apply)(State&, Words);
-};
-
-constexpr std::size_t kAnyNumber = 1000;
 constexpr auto kCommands = std::to_array<Command>({
-    {"unplug", 0, 0, "", unplug},
-    {"plug", 0, 0, "", plug},
-    {"ethernet", 1, 1, " connected|disconnected|deactivated", setEthernetState},
-    {"mac", 1, 1, " TEXT|none", setMac},
-    {"address", 1, 1, " ADDRESS/LENGTH|none", setAddress},
-    {"router", 1, 1, " ADDRESS|none", setRouter},
-    {"dns", 1, kAnyNumber, " ADDRESS...|none", setDns},
-    {"gateway", 1, 2, " answer|silent|RESULT [SECONDS]", setGateway},
-    {"internet", 1, 2, " online|offline|silent|RESULT [SECONDS]", setInternet},
-    {"fault", 2, 3, " CALL RESULT [TIMES|always]", addFault},
-    {"no-faults", 0, 0, "", clearFaults},
-    {"profile", 2, 2, " connect|disconnect|remove ID", changeProfile},
-    {"wifi", 1, 3, " on|off|lose|associate|appear|vanish|rssi|mac|address ...", applyWifiCommand},
+    {"unplug", 0, 0, "unplug", unplug},
+    {"plug", 0, 0, "plug", plug},
+    {"ethernet", 1, 1, "ethernet connected|disconnected|deactivated", setEthernetState},
+    {"mac", 1, 1, "mac TEXT|none", setMac},
+    {"address", 1, 1, "address ADDRESS/LENGTH|none", setAddress},
+    {"router", 1, 1, "router ADDRESS|none", setRouter},
+    {"dns", 1, kAnyNumber, "dns ADDRESS...|none", setDns},
+    {"gateway", 1, 2, "gateway answer|silent|RESULT [SECONDS]", setGateway},
+    {"internet", 1, 2, "internet online|offline|silent|RESULT [SECONDS]", setInternet},
+    {"fault", 2, 3, "fault CALL RESULT [TIMES|always]", addFault},
+    {"no-faults", 0, 0, "no-faults", clearFaults},
+    {"profile", 2, 2, "profile connect|disconnect|remove ID", changeProfile},
+    {"wifi", 0, kAnyNumber, "wifi COMMAND", applyWifiCommand},
 });
-
-std::string knownNames() {
-    std::string names;
-    for (const Command& command : kCommands)
-        names += (names.empty() ? "" : ", ") + std::string(command.name);
-    return names;
-}
 
 }  // namespace
 
-std::string writeAddress(Ipv6Values& live, const std::string& word, bool unchecked) {
-    if (word == "none") {
-        live.address.clear();
-        live.prefixLength.reset();
-        return "";
-    }
-    const auto slash = word.rfind('/');
-    if (slash == std::string::npos) return "an address is written ADDRESS/LENGTH";
-    const std::string address = word.substr(0, slash);
-    const auto length = parseNumber<int>(word.substr(slash + 1));
-    if (!length) return "\"" + word.substr(slash + 1) + "\" is not a prefix length";
-    for (const std::string& fault : {addressFault(address, unchecked), prefixLengthFault(*length, unchecked)}) {
-        if (!fault.empty()) return fault;
-    }
-    live.address = address;
-    live.prefixLength = static_cast<std::uint8_t>(*length);
-    return "";
-}
-
 std::vector<std::string> splitWords(const std::string& text) {
     std::istringstream stream(text);
-    return {std::istream_iterator<std::string>(stream), {}};
+    std::vector<std::string> words;
+    for (std::string word; stream >> std::quoted(word);)
+        words.push_back(word);
+    return words;
 }
 
 std::string applyCommand(State& state, Words words) {
-    if (words.empty()) return "no network command; known: " + knownNames();
-    const auto command =
-        std::find_if(kCommands.begin(), kCommands.end(), [&](const Command& known) { return known.name == words[0]; });
-    if (command == kCommands.end()) return "unknown network command \"" + words[0] + "\"; known: " + knownNames();
-    const Words arguments = words.subspan(1);
-    if (arguments.size() < command->least || arguments.size() > command->most) {
-        return "usage: " + std::string(command->name) + std::string(command->usage);
-    }
-    return command->apply(state, arguments);
+    return runCommand(kCommands, "network", state, words);
 }
 
 }  // namespace network::simulated

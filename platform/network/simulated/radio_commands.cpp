@@ -1,15 +1,12 @@
 // Script commands of the simulated radio: the words after "network wifi".
 #include <algorithm>
 #include <array>
-#include <charconv>
 
-#include "scenario.h"
+#include "command_table.h"
 #include "values.h"
 
 namespace network::simulated {
 namespace {
-
-using Words = std::span<const std::string>;
 
 // The first access point of that name, found or not.
 AccessPointRecord* named(Radio& radio, const std::string& name) {
@@ -65,24 +62,17 @@ std::string vanish(State& state, Words words) {
 }
 
 std::string setRssi(State& state, Words words) {
-    int rssi = 0;
-    const char* end = words[1].data() + words[1].size();
-    const auto [stop, error] = std::from_chars(words[1].data(), end, rssi);
-    if (error != std::errc{} || stop != end) return "\"" + words[1] + "\" is not a signal in dBm";
+    const auto rssi = parseNumber<int>(words[1]);
+    if (!rssi) return "\"" + words[1] + "\" is not a signal in dBm";
+    if (std::string fault = rssiFault(*rssi); !fault.empty()) return fault;
     return changeNamed(state, words[0], [&](AccessPointRecord& record) -> std::string {
-        record.whenConnected.rssi = rssi;
+        record.whenConnected.rssi = *rssi;
         return "";
     });
 }
 
 std::string setMac(State& state, Words words) {
-    if (words[0] == "none") {
-        state.radio->mac.reset();
-        return "";
-    }
-    std::string fault = macFault(words[0], state.unchecked);
-    if (fault.empty()) state.radio->mac = words[0];
-    return fault;
+    return writeMac(state.radio->mac, words[0], state.unchecked);
 }
 
 std::string setAddress(State& state, Words words) {
@@ -91,36 +81,43 @@ std::string setAddress(State& state, Words words) {
     });
 }
 
-struct WifiCommand {
-    std::string_view name;
-    std::size_t words;  // after the name
-    std::string_view usage;
-    std::string (*apply)(State&, Words);
-};
+std::string setRouter(State& state, Words words) {
+    return changeNamed(state, words[0], [&](AccessPointRecord& record) {
+        return writeRouter(record.whenConnected.ipv6, words[1], state.unchecked);
+    });
+}
 
-constexpr auto kCommands = std::to_array<WifiCommand>({
-    {"on", 0, "", switchOn},
-    {"off", 0, "", switchOff},
-    {"lose", 0, "", lose},
-    {"associate", 1, " NAME", associate},
-    {"appear", 1, " NAME", appear},
-    {"vanish", 1, " NAME", vanish},
-    {"rssi", 2, " NAME DBM", setRssi},
-    {"mac", 1, " TEXT|none", setMac},
-    {"address", 2, " NAME ADDRESS/LENGTH|none", setAddress},
+std::string setDns(State& state, Words words) {
+    return changeNamed(state, words[0], [&](AccessPointRecord& record) {
+        return writeServers(record.whenConnected.ipv6, words.subspan(1), state.unchecked);
+    });
+}
+
+std::string setConnecting(State& state, Words words) {
+    return changeNamed(state, words[0], [&](AccessPointRecord& record) {
+        return writeReply(record.connecting, "success", words.subspan(1));
+    });
+}
+
+constexpr auto kCommands = std::to_array<Command>({
+    {"on", 0, 0, "wifi on", switchOn},
+    {"off", 0, 0, "wifi off", switchOff},
+    {"lose", 0, 0, "wifi lose", lose},
+    {"associate", 1, 1, "wifi associate NAME", associate},
+    {"appear", 1, 1, "wifi appear NAME", appear},
+    {"vanish", 1, 1, "wifi vanish NAME", vanish},
+    {"rssi", 2, 2, "wifi rssi NAME DBM", setRssi},
+    {"mac", 1, 1, "wifi mac TEXT|none", setMac},
+    {"address", 2, 2, "wifi address NAME ADDRESS/LENGTH|none", setAddress},
+    {"router", 2, 2, "wifi router NAME ADDRESS|none", setRouter},
+    {"dns", 2, kAnyNumber, "wifi dns NAME ADDRESS...|none", setDns},
+    {"connect", 2, 3, "wifi connect NAME success|silent|RESULT [SECONDS]", setConnecting},
 });
 
 }  // namespace
 
 std::string applyWifiCommand(State& state, Words words) {
-    if (!state.radio) return "there is no radio";
-    const auto command =
-        std::ranges::find_if(kCommands, [&](const WifiCommand& known) { return known.name == words[0]; });
-    if (command == kCommands.end()) return "unknown wifi command \"" + words[0] + "\"";
-    if (words.size() - 1 != command->words) {
-        return "usage: wifi " + std::string(command->name) + std::string(command->usage);
-    }
-    return command->apply(state, words.subspan(1));
+    return state.radio ? runCommand(kCommands, "wifi", state, words) : "there is no radio";
 }
 
 }  // namespace network::simulated

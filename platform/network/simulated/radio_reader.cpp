@@ -10,14 +10,12 @@
 namespace network::simulated {
 namespace {
 
-constexpr long long kWeakest = -127;  // dBm
-constexpr long long kStrongest = 127;
 constexpr long long kMostCopies = 100000;
 constexpr std::size_t kHexDigits = 2;  // of a byte
 
 int readRssi(const Node& node) {
     const long long rssi = node.whole();
-    if (rssi < kWeakest || rssi > kStrongest) node.fail(std::to_string(rssi) + " is not a signal in dBm (-127 to 127)");
+    node.require(rssiFault(rssi));
     return static_cast<int>(rssi);
 }
 
@@ -65,7 +63,10 @@ AccessPointRecord readAccessPoint(const Node& node, bool unchecked) {
                                       {"sae", WIFI_SECURITY_SAE}});
     const auto known = node.find("known");
     seen.passphraseRequired = seen.security != WIFI_SECURITY_NONE && !(known && known->flag());
-    if (const auto passphrase = node.find("passphrase")) record.passphrase = passphrase->text();
+    if (const auto passphrase = node.find("passphrase")) {
+        record.passphrase = passphrase->text();
+        passphrase->require(textFault(record.passphrase));
+    }
     if (const auto connect = node.find("connect")) record.connecting = readReply(*connect);
     if (const auto live = node.find("live")) seen.ipv6 = readLiveValues(*live, unchecked);
     if (const auto set = node.find("configured")) record.configured = readConfigured(*set, unchecked);
@@ -84,6 +85,7 @@ void readAccessPoints(const Node& list, Radio& radio, bool unchecked) {
         addAccessPoint(radio, record);
         if (const auto connected = node.find("connected"); connected && connected->flag()) {
             if (!radio.connected.empty()) connected->fail("a second connected access point");
+            if (!radio.on) connected->fail("connected while the radio is off");
             radio.connected = radio.accessPoints.back().id;
         }
         const auto repeat = node.find("repeat");

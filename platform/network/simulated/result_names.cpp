@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "connection_manager.h"
+#include "wifi_manager.h"
 
 namespace network::simulated {
 namespace {
@@ -29,6 +30,10 @@ constexpr auto kNames = std::to_array<std::pair<std::string_view, int>>({
     {"DHCP_FAILED", CONNECTION_ERROR_DHCP_FAILED},
     {"INVALID_KEY", CONNECTION_ERROR_INVALID_KEY},
     {"NO_REPLY", CONNECTION_ERROR_NO_REPLY},
+    {"WPS_WEP_PROHIBITED", WIFI_ERROR_WPS_WEP_PROHIBITED},
+    {"WPS_TIMEOUT", WIFI_ERROR_WPS_TIMEOUT},
+    {"WPS_OVERLAP", WIFI_ERROR_WPS_OVERLAP},
+    {"SECURITY_RESTRICTED", WIFI_ERROR_SECURITY_RESTRICTED},
 });
 
 }  // namespace
@@ -41,6 +46,10 @@ std::optional<int> resultOf(std::string_view text) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), code);
     if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
     return code;
+}
+
+std::string notAResult(const std::string& text) {
+    return "\"" + text + "\" is not a result of the connection or Wi-Fi manager";
 }
 
 }  // namespace network::simulated

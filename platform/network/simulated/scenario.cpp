@@ -37,7 +37,7 @@ bool readDnsMode(const Node& node) {
 int readResult(const Node& node) {
     const std::string text = node.isText() ? node.text() : std::to_string(node.whole());
     const auto result = resultOf(text);
-    if (!result) node.fail("\"" + text + "\" is not a result of the connection manager");
+    if (!result) node.fail(notAResult(text));
     return *result;
 }
 

@@ -82,7 +82,7 @@ struct State {
 // Reads a scenario file. With no result, `error` is one line: file, place and reason.
 std::optional<State> loadScenario(const std::string& file, std::string& error);
 
-// The words of a command, parted by blanks.
+// The words of a command, parted by blanks; "quoted words" keep theirs.
 std::vector<std::string> splitWords(const std::string& text);
 
 // Carries out a script command on the state. Empty, or why not.
@@ -90,8 +90,6 @@ std::string applyCommand(State& state, std::span<const std::string> words);
 
 // The same for the words after "wifi".
 std::string applyWifiCommand(State& state, std::span<const std::string> words);
-// Puts the address of a word ADDRESS/LENGTH, or none, into the values. Empty, or why not.
-std::string writeAddress(Ipv6Values& live, const std::string& word, bool unchecked);
 
 // What the network looks like from outside, with the cable taken into account.
 bool linkIsUp(const State& state);

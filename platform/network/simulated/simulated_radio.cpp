@@ -58,8 +58,9 @@ int SimulatedNetwork::connectAccessPoint(const std::string& id, const std::strin
     if (attempt_) return CONNECTION_ERROR_NOW_IN_PROGRESS;
     auto shared = std::make_shared<Answer>(std::move(answer));
     attempt_.emplace(id, passphrase, shared);
-    const double delay = record->connecting.silent ? kAssociationLimit : record->connecting.delay;
-    if (!attempt_->timer.start(delay, [this] { endAttempt(outcomeOf(*attempt_)); })) {
+    const double delay = std::min(record->connecting.delay, kAssociationLimit);
+    if (!attempt_->timer.start(record->connecting.silent ? kAssociationLimit : delay,
+                               [this] { endAttempt(outcomeOf(*attempt_)); })) {
         attempt_.reset();
         return CONNECTION_ERROR_OPERATION_FAILED;
     }
@@ -71,7 +72,8 @@ int SimulatedNetwork::connectAccessPoint(const std::string& id, const std::strin
 int SimulatedNetwork::outcomeOf(const Attempt& attempt) const {
     const AccessPointRecord* record = findAccessPoint(state_, attempt.id);
     if (record == nullptr) return CONNECTION_ERROR_NO_CONNECTION;
-    if (record->connecting.silent) return CONNECTION_ERROR_NO_REPLY;
+    const bool isTooLate = record->connecting.delay >= kAssociationLimit;
+    if (record->connecting.silent || isTooLate) return CONNECTION_ERROR_NO_REPLY;
     if (record->whenConnected.passphraseRequired && attempt.passphrase != record->passphrase) {
         return CONNECTION_ERROR_INVALID_KEY;
     }
@@ -92,8 +94,9 @@ int SimulatedNetwork::disconnectAccessPoint(const std::string& id, Answer answer
     const bool connected = state_.radio && state_.radio->connected == id;
     if (!aborts && !connected) return CONNECTION_ERROR_NO_CONNECTION;
     const auto judge = [this, id] {
-        if (attempt_ && attempt_->id == id) endAttempt(CONNECTION_ERROR_OPERATION_ABORTED);
         if (state_.radio->connected == id) announce([&] { state_.radio->connected.clear(); });
+        // At last: who hears of it may release this network.
+        if (attempt_ && attempt_->id == id) endAttempt(CONNECTION_ERROR_OPERATION_ABORTED);
         return CONNECTION_ERROR_NONE;
     };
     return ask(Reply{}, judge, std::move(answer), question);
@@ -101,9 +104,10 @@ int SimulatedNetwork::disconnectAccessPoint(const std::string& id, Answer answer
 
 int SimulatedNetwork::scan(Answer answer, std::unique_ptr<Question>& question) {
     if (!state_.radio || !state_.radio->on) return CONNECTION_ERROR_INVALID_OPERATION;
-    const Reply reply = state_.radio->scanning;
-    return ask(
-        reply, [reply] { return reply.result; }, std::move(answer), question);
+    const auto judge = [this] {
+        return state_.radio->on ? resultOf(state_.radio->scanning) : CONNECTION_ERROR_INVALID_OPERATION;
+    };
+    return ask(state_.radio->scanning, judge, std::move(answer), question);
 }
 
 int SimulatedNetwork::askAccessPointGateway(const std::string& id, Answer answer, std::unique_ptr<Question>& question) {

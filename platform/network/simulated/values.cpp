@@ -11,6 +11,7 @@ namespace {
 
 constexpr int kAddressBits = 128;
 constexpr int kEightBits = 255;
+constexpr int kStrongest = 127;  // dBm, and its negative the weakest
 constexpr int kMostTimes = 1'000'000;
 
 std::string quoted(const std::string& text) {
@@ -39,6 +40,11 @@ std::string prefixLengthFault(long long value, bool unchecked) {
     const int most = unchecked ? kEightBits : kAddressBits;
     if (value >= 0 && value <= most) return "";
     return std::to_string(value) + " is not a prefix length (0 to " + std::to_string(most) + ")";
+}
+
+std::string rssiFault(long long value) {
+    if (value >= -kStrongest && value <= kStrongest) return "";
+    return std::to_string(value) + " is not a signal in dBm (-127 to 127)";
 }
 
 // The boundary's own symbols are the list of what can fail.

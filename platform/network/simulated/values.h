@@ -10,6 +10,7 @@ namespace network::simulated {
 std::string addressFault(const std::string& text, bool unchecked);
 std::string macFault(const std::string& text, bool unchecked);
 std::string prefixLengthFault(long long value, bool unchecked);
+std::string rssiFault(long long value);
 std::string textFault(const std::string& text);
 
 // For faults: the boundary function, the error that it shall give, and how many times.
