@@ -313,7 +313,7 @@ void keepUntilAnswered(wifi_ap_handle ap) {
     if (askedCount == askedAps.size()) {
         // So many questions are open only when some are never answered: the oldest one is given up.
         wifi_ap_destroy(askedAps.front());
-        std::ranges::rotate(askedAps, askedAps.begin() + 1);
+        std::rotate(askedAps.begin(), askedAps.begin() + 1, askedAps.end());
         --askedCount;
         unanswered = std::min(unanswered, askedCount);
     }
