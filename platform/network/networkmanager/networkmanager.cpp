@@ -12,6 +12,7 @@
 #include "network/timer.h"
 #include "online_question.h"
 #include "platform_log.h"
+#include "profile_store.h"
 #include "wired_network.h"
 
 namespace network {
@@ -65,7 +66,13 @@ class NetworkManagerBackend final : public Backend {
         auto found = client == nullptr ? std::nullopt : readProfile(client, id);
         if (!found) return CONNECTION_ERROR_NO_CONNECTION;
         profile = std::move(*found);
+        profile.ipv6.dnsIsStatic = store_.askedDnsIsStatic(id).value_or(profile.ipv6.dnsIsStatic);
         return CONNECTION_ERROR_NONE;
+    }
+
+    int store(const std::string& id, const Ipv6Settings& settings) override {
+        NMClient* client = daemon_.running();
+        return client == nullptr ? CONNECTION_ERROR_OPERATION_FAILED : store_.store(client, id, settings);
     }
 
     int askGateway(const std::string& profileId, Answer answer, std::unique_ptr<Question>& question) override {
@@ -148,6 +155,10 @@ class NetworkManagerBackend final : public Backend {
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     Timer settle_;
     DaemonClient daemon_;
+    ProfileStore store_{[](NMClient* client, const std::string& id) {
+        const auto found = readProfile(client, id);
+        return found ? found->ipv6 : Ipv6Values{};
+    }};
 };
 
 // A bus connection of its own, so that the answer is complete before this returns.

@@ -9,6 +9,7 @@
 
 #include "address_choice.h"
 #include "connection_manager.h"
+#include "ipv6_change.h"
 
 namespace network {
 namespace {
@@ -113,13 +114,6 @@ void readLiveValues(NMActiveConnection* active, Ipv6Values& values) {
     for (; servers != nullptr && *servers != nullptr; ++servers) {
         if (const auto server = normalisedAddress(*servers)) values.dns.push_back(*server);
     }
-}
-
-bool dnsIsStatic(NMConnection* profile) {
-    NMSettingIPConfig* settings = nm_connection_get_setting_ip6_config(profile);
-    if (settings == nullptr || nm_setting_ip_config_get_num_dns(settings) == 0) return false;
-    return nm_setting_ip_config_get_ignore_auto_dns(settings) ||
-           textOf(nm_setting_ip_config_get_method(settings)) == NM_SETTING_IP6_CONFIG_METHOD_MANUAL;
 }
 
 int rankOf(NMDevice* device) {

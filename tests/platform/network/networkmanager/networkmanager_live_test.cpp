@@ -1,37 +1,20 @@
 // Against a real NetworkManager, in the namespaces of tests/end_to_end/real_network/tv_network.py.
-#include <cstdlib>
 #include <string>
 
 #include "../connection_contract.h"
+#include "real_network.h"
 
 namespace {
 
-constexpr int kNoAnswer = 1;
+using real_network::NetworkManager;
+using real_network::onRouter;
+using real_network::openNetwork;
+using real_network::shell;
+
 constexpr const char* kOnlineUrl = "http://internet.tv-test/online";
-
-void shell(const std::string& command) {
-    ASSERT_EQ(std::system(command.c_str()), 0) << command;
-}
-
-void onRouter(const std::string& command) {
-    shell("nsenter -t " + std::string(std::getenv("TV_ROUTER_PID")) + " -n " + command);
-}
 
 void routerHasIpv6(bool has) {
     onRouter(std::string("sh -c 'echo ") + (has ? "0" : "1") + " >/proc/sys/net/ipv6/conf/lan0/disable_ipv6'");
-}
-
-void waitForConnection() {
-    shell("nm-online -q -t 30");
-}
-
-std::string openNetwork(const std::string& onlineUrl = "") {
-    if (std::getenv("TV_ROUTER_PID") == nullptr) return "not in the test network";
-    waitForConnection();
-    const auto selection = network::select("auto", {onlineUrl});
-    EXPECT_TRUE(selection.selected);
-    EXPECT_EQ(selection.text, "this machine's network through NetworkManager");
-    return "";
 }
 
 NetworkUnderTest real() {
@@ -41,45 +24,6 @@ NetworkUnderTest real() {
                 onRouter("ip -6 address replace 2001:db8:7:1::1/64 dev lan0 nodad");
             }};
 }
-
-class NetworkManager : public testing::Test {
-  protected:
-    void SetUp() override {
-        if (const std::string obstacle = openNetwork(); !obstacle.empty()) GTEST_SKIP() << obstacle;
-        connectClient();
-    }
-    void TearDown() override { network::release(); }
-
-    void connectClient() {
-        ASSERT_EQ(connection_create(&client), 0);
-        connection_profile_iterator iterator = nullptr;
-        ASSERT_EQ(connection_get_profile_iterator(client, CONNECTION_ITERATOR_CONNECTED, &iterator), 0);
-        ASSERT_EQ(connection_profile_iterator_next(iterator, &profile), 0);
-    }
-
-    bool hasGateway() const {
-        char* address = nullptr;
-        connection_profile_get_gateway_address(profile, CONNECTION_ADDRESS_FAMILY_IPV6, &address);
-        return !contract::take(address).empty();
-    }
-
-    int gateway() {
-        contract::Results results;
-        if (const int error = connection_profile_check_gateway6_async(profile, contract::record, &results))
-            return error;
-        return MainLoop::runUntil([&] { return !results.codes.empty(); }) ? results.codes.front() : kNoAnswer;
-    }
-
-    int online() {
-        contract::Results results;
-        if (const int error = connection_get_is_online_ipv6_async(client, contract::record, &results)) return error;
-        return MainLoop::runUntil([&] { return !results.codes.empty(); }) ? results.codes.front() : kNoAnswer;
-    }
-
-    MainLoop loop;
-    connection_handle client = nullptr;
-    connection_profile_handle profile = nullptr;
-};
 
 }  // namespace
 
@@ -113,7 +57,7 @@ TEST_F(NetworkManager, DoesNotReachAGatewayThatHasJustVanished) {
 TEST_F(NetworkManager, ReachesAGatewayThatAnswersOnlyNeighbourDiscovery) {
     shell("echo 1 0 >/proc/sys/net/ipv4/ping_group_range");
     onRouter("sh -c 'ip -6 rule add pref 100 lookup local && ip -6 rule del pref 0'");
-    onRouter("ip -6 rule add pref 1 iif lan0 ipproto udp blackhole");
+    onRouter("ip -6 rule add pref 1 iif lan0 ipproto 17 blackhole");
     EXPECT_EQ(gateway(), CONNECTION_ERROR_NONE);
     EXPECT_EQ(gateway(), CONNECTION_ERROR_NONE) << "verified anew";
     onRouter("ip -6 rule del pref 1");
