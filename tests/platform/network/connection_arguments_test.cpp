@@ -2,9 +2,7 @@
 // impossible values and failures that a scenario wants.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <functional>
-
+#include "argument_rows.h"
 #include "connection_manager.h"
 #include "main_loop.h"
 #include "temporary_scenario.h"
@@ -18,42 +16,10 @@ constexpr int kInvalidOperation = CONNECTION_ERROR_INVALID_OPERATION;
 void onResult(int, void*) {}
 void onAddress(const char*, const char*, void*) {}
 
-// Frees what a call gave, so that a row is one line.
-struct Text {
-    char* text = nullptr;
-    ~Text() { std::free(text); }
-    operator char**() { return &text; }
-};
-
 enum class Kind { Client, Iterator, Profile, Clone };
 
-struct Row {
-    const char* name;
-    Kind kind;
-    std::function<int(void*)> call;          // with all other arguments right
-    std::function<int(void*)> nullArgument;  // with a null in them, or empty when there is no other pointer
-};
+using Row = ArgumentRow<Kind>;
 
-// Getters: into a number or a handle, or into a text that is freed again; of any family or of IPv6.
-template <typename Out, typename Call>
-Row getter(const char* name, Kind kind, Call call) {
-    return {name, kind,
-            [call](void* handle) {
-                Out out{};
-                return call(handle, &out);
-            },
-            [call](void* handle) { return call(handle, nullptr); }};
-}
-template <typename Call>
-Row textGetter(const char* name, Kind kind, Call call) {
-    return {name, kind, [call](void* handle) { return call(handle, Text()); },
-            [call](void* handle) { return call(handle, nullptr); }};
-}
-template <typename Callback, typename Call>
-Row registration(const char* name, Kind kind, Callback callback, Call call) {
-    return {name, kind, [=](void* handle) { return call(handle, callback, nullptr); },
-            [=](void* handle) { return call(handle, nullptr, nullptr); }};
-}
 template <typename Call>
 Row textSetter(const char* name, Call call) {
     return {name, Kind::Profile, [call](void* handle) { return call(handle, "2001:db8::7"); },

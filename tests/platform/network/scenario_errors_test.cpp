@@ -44,6 +44,13 @@ struct Row {
 TEST(ScenarioErrors, NamePlaceAndReasonOfAWrongValue) {
     const MainLoop loop;
     const json event = {{"at", 1}, {"do", "unplug"}};
+    const json home = {{"essid", "Home"}, {"rssi", -50}, {"security", "none"}, {"connected", true}};
+    const auto radioOf = [](json accessPoints) { return json{{"accessPoints", std::move(accessPoints)}}; };
+    const auto homeWith = [&](const char* key, json value) {
+        json changed = home;
+        changed[key] = std::move(value);
+        return radioOf({changed});
+    };
     const json mac = {{"kind", "ethernet"}, {"mac", "02:00"}};
     const Row rows[] = {
         {"/speed", 1, "/speed: unknown key"},
@@ -66,7 +73,8 @@ TEST(ScenarioErrors, NamePlaceAndReasonOfAWrongValue) {
         {"/profiles/0/live/prefixLength", 18446744073709551615U,
          "/profiles/0/live/prefixLength: must be a whole number of at most 63 bits, not number"},
         {"/gateway", json::object(), "/gateway: needs the key \"result\""},
-        {"/gateway/result", "NO_REPLAY", "/gateway/result: \"NO_REPLAY\" is not a result of the connection manager"},
+        {"/gateway/result", "NO_REPLAY",
+         "/gateway/result: \"NO_REPLAY\" is not a result of the connection or Wi-Fi manager"},
         {"/gateway/delay", -1, "/gateway/delay: seconds must lie between 0 and 86400"},
         {"/faults", json::array({{{"call", "connection_fly"}, {"result", -1}}}),
          "/faults/0/call: \"connection_fly\" is not a function of the connection or Wi-Fi manager"},
@@ -78,6 +86,31 @@ TEST(ScenarioErrors, NamePlaceAndReasonOfAWrongValue) {
          "/events/1/at: events must stand in the order of their time"},
         {"/events", json::array({event, {{"at", 2}, {"do", "profile remove wired"}}, {{"at", 3}, {"do", "dns ::1 x"}}}),
          "/events/2/do: there is no Ethernet profile"},
+        {"/events", json::array({{{"at", 1}, {"do", "wifi lose"}}}), "/events/0/do: there is no radio"},
+        {"/wifi", json::object(), "/wifi: needs the key \"accessPoints\""},
+        {"/wifi", {{"on", "yes"}, {"accessPoints", json::array()}}, "/wifi/on: must be true or false, not string"},
+        {"/wifi", radioOf({home, home}), "/wifi/accessPoints/1/connected: a second connected access point"},
+        {"/wifi",
+         {{"on", false}, {"accessPoints", {home}}},
+         "/wifi/accessPoints/0/connected: connected while the radio is off"},
+        {"/wifi", radioOf({{{"rssi", -50}}}), "/wifi/accessPoints/0: needs the key \"essid\""},
+        {"/wifi", homeWith("essidHex", "00"),
+         "/wifi/accessPoints/0/essidHex: a name is given once, as essid or as essidHex"},
+        {"/wifi", radioOf({{{"essidHex", "4g"}}}),
+         "/wifi/accessPoints/0/essidHex: is not made of pairs of hexadecimal digits"},
+        {"/wifi", radioOf({{{"essidHex", "414"}}}),
+         "/wifi/accessPoints/0/essidHex: is not made of pairs of hexadecimal digits"},
+        {"/wifi", radioOf({{{"essidHex", "4100"}}}),
+         "/wifi/accessPoints/0/essidHex: a text cannot hold a NUL character"},
+        {"/wifi", homeWith("rssi", -128), "/wifi/accessPoints/0/rssi: -128 is not a signal in dBm (-127 to 127)"},
+        {"/wifi", homeWith("security", "wpa9"),
+         "/wifi/accessPoints/0/security: \"wpa9\" is none of none, wep, wpa-psk, wpa2-psk, eap, sae"},
+        {"/wifi", homeWith("passphrase", 12345678), "/wifi/accessPoints/0/passphrase: must be a text, not number"},
+        {"/wifi", homeWith("connect", {{"result", "LOST"}}),
+         "/wifi/accessPoints/0/connect/result: \"LOST\" is not a result of the connection or Wi-Fi manager"},
+        {"/wifi", homeWith("repeat", 0), "/wifi/accessPoints/0/repeat: must lie between 1 and 100000"},
+        {"/wifi", homeWith("live", {{"prefixLength", 129}}),
+         "/wifi/accessPoints/0/live/prefixLength: 129 is not a prefix length (0 to 128)"},
     };
     for (const Row& row : rows) {
         json document = json::parse(kPromptNetwork);

@@ -112,7 +112,7 @@ TEST_F(ScriptCommands, SayWhatIsWrongWithThemAndChangeNothing) {
         {{"explode"}, "unknown network command \"explode\"; known: unplug, plug, "},
         {{"unplug", "now"}, "usage: unplug"},
         {{"gateway"}, "usage: gateway answer|silent|RESULT [SECONDS]"},
-        {{"gateway", "perhaps"}, "\"perhaps\" is not a result of the connection manager"},
+        {{"gateway", "perhaps"}, "\"perhaps\" is not a result of the connection or Wi-Fi manager"},
         {{"gateway", "silent", "-1"}, "seconds must lie between 0 and "},
         {{"gateway", "silent", "nan"}, "seconds must lie between 0 and "},
         {{"internet", "online", "soon"}, "\"soon\" is not a number of seconds"},
@@ -126,6 +126,7 @@ TEST_F(ScriptCommands, SayWhatIsWrongWithThemAndChangeNothing) {
         {{"fault", "connection_create", "NO_REPLY", "-3"}, "times must be"},
         {{"profile", "remove", "wireless"}, "there is no profile \"wireless\""},
         {{"profile", "paint", "wired"}, "\"paint\" is none of connect, disconnect, remove"},
+        {{"wifi", "on"}, "there is no radio"},
         {{"ethernet", "on"}, "\"on\" is none of connected, disconnected, deactivated"},
     };
     for (const auto& [words, start] : rows) {

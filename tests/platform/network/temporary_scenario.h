@@ -36,3 +36,16 @@ constexpr std::string_view kPromptNetwork = R"({
   "gateway": {"result": "NONE"},
   "internet": {"result": "NONE"}
 })";
+
+// A radio that is associated with a secured network, and finds an open one too; everything answers at once.
+constexpr std::string_view kPromptRadio = R"({
+  "interfaces": [], "profiles": [],
+  "wifi": {"mac": "02:00:5E:20:00:AA", "scan": {"result": "NONE"}, "accessPoints": [
+    {"essid": "Maple Street", "bssid": "02:00:5E:20:00:01", "rssi": -61, "security": "wpa2-psk",
+     "passphrase": "73019462", "connected": true,
+     "live": {"address": "2001:db8:2::20", "prefixLength": 64, "gateway": "fe80::1", "dns": ["2001:db8:2::53"]}},
+    {"essid": "Cafe", "bssid": "02:00:5E:20:00:02", "rssi": -80, "security": "none",
+     "live": {"address": "2001:db8:3::30", "prefixLength": 64, "gateway": "fe80::3"}}]},
+  "gateway": {"result": "NONE"},
+  "internet": {"result": "NONE"}
+})";
