@@ -27,6 +27,12 @@ constexpr int kInitialiseFailed = 1;
 constinit std::array<wifi_ap_handle, 16> askedAps{};
 constinit std::size_t askedCount = 0;
 constinit std::size_t unanswered = 0;
+// The access point that is being disconnected: its handle must outlive the request.
+constinit wifi_ap_handle leavingAp = nullptr;
+
+void releaseLeavingAp() {
+    if (leavingAp) wifi_ap_destroy(std::exchange(leavingAp, nullptr));
+}
 
 void releaseAskedAps() {
     for (wifi_ap_handle& ap : std::span(askedAps).first(askedCount))
@@ -198,6 +204,7 @@ void disconnected_callback(int result, void* /*data*/) {
     } else {
         LOG_DEBUG("Wi-Fi Disconnection Failed! error : %s\n", convertWifiErrorToString(result));
     }
+    releaseLeavingAp();
 }
 
 }  // namespace
@@ -222,6 +229,7 @@ void wlan_manager_deregister_cbs() {
     }
     ap.reset();
     releaseAskedAps();
+    releaseLeavingAp();
     wifi_deinitialize();
 }
 
@@ -335,6 +343,8 @@ void MW_DisconnectAP() {
     result = wifi_disconnect(ap.get(), disconnected_callback, nullptr);
     if (result == WIFI_ERROR_NONE) {
         LOG_DEBUG("Success to disconnection request \n");
+        releaseLeavingAp();
+        leavingAp = ap.release();
     } else {
         LOG_DEBUG("Fail to disconnection reqeust %s\n", convertWifiErrorToString(result));
     }
