@@ -43,7 +43,9 @@ TEST(Linkage, NothingOfThePlatformIsInsideTheModule) {
     const std::regex ours("^_ZN?K?(5store|7logging|7network|4host)");
     const Names inside = symbols("--defined-only", MODULE_FILE);
     EXPECT_TRUE(inside.contains("UG_MODULE_INIT")) << "no symbol table";
-    EXPECT_EQ(matching(inside, kBoundary), Names{});
+    // Names of the gadget's own may look like the boundary's; what the platform offers is the platform's.
+    for (const std::string& offered : matching(symbols("-D --defined-only", PLATFORM_FILE), kBoundary))
+        EXPECT_FALSE(inside.contains(offered)) << offered;
     EXPECT_EQ(matching(inside, ours), Names{});
     EXPECT_NE(matching(symbols("--defined-only", PLATFORM_FILE), ours), Names{}) << "the pattern finds nothing";
     const ToolOutput dynamic = runTool(READELF " -d '" MODULE_FILE "'");
