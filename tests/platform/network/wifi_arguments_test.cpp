@@ -124,6 +124,15 @@ TEST_F(WifiArguments, AreRefusedBeforeInitialisationAfterReleaseAndOnceDestroyed
     }
 }
 
+TEST_F(WifiArguments, InitialisationFailsWhenAScenarioWantsItAndCanBeRepeated) {
+    open();
+    ASSERT_EQ(wifi_deinitialize(), 0);
+    EXPECT_EQ(network::command(std::vector<std::string>{"fault", "wifi_initialize", "NO_REPLY", "1"}), "");
+    EXPECT_EQ(wifi_initialize(), WIFI_ERROR_NO_REPLY);
+    EXPECT_EQ(wifi_deinitialize(), kInvalidOperation);
+    EXPECT_EQ(wifi_initialize(), 0);
+}
+
 TEST_F(WifiArguments, NameAFamilyAnOrderAndPossibleValues) {
     wifi_ap_handle ap = open();
     char* text = nullptr;

@@ -230,6 +230,22 @@ TEST_F(WifiRadio, GoesOnConnectingWhenNobodyWaits) {
     EXPECT_TRUE(results.codes.empty());
 }
 
+TEST_F(WifiRadio, TellsNobodyOfAConnectionOnceTheManagerOrTheNetworkHasEnded) {
+    const std::pair<const char*, std::function<void()>> ends[] = {
+        {"manager", [] { EXPECT_EQ(wifi_deinitialize(), 0); }},
+        {"network", [] { network::release(); }},
+        {"another network", [] { select(std::string(kPromptRadio)); }},
+    };
+    for (const auto& [name, end] : ends) {
+        open(oneAp({{"connect", {{"result", "NONE"}, {"delay", 3}}}}));
+        ASSERT_EQ(wifi_connect(foundAps().front(), contract::record, &results), 0);
+        end();
+        const double later = ecore_time_get() + 10;
+        ASSERT_TRUE(MainLoop::runUntil([&] { return ecore_time_get() > later; }));
+        EXPECT_TRUE(results.codes.empty()) << name;
+    }
+}
+
 TEST_F(WifiRadio, TakesSettingsAtOnceAndTellsOfThem) {
     open();
     connection_handle client = nullptr;
