@@ -23,7 +23,7 @@ struct NamedError {
     DaemonError error;
 };
 
-// NetworkManager's D-Bus API, "Errors"; the D-Bus specification for the first ones.
+// NetworkManager's D-Bus API, "Errors"; the first ones are D-Bus's own.
 constexpr NamedError kErrors[] = {
     {"DBus.Error.UnknownMethod", kGone},  // of an object that is gone
     {"DBus.Error.UnknownObject", kGone},
