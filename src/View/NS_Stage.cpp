@@ -34,6 +34,16 @@ void reportMissing(std::string_view path) {
     LOG_ERROR("The picture %.*s cannot be loaded\n", static_cast<int>(path.size()), path.data());
 }
 
+// Moves to the next frame of the internet stage (3, 4, 5, 6 and over again).
+void advanceInternetFrame(sNetworkStatus& status) {
+    if (Net_Set_Conn_Tv_Image_No == kLastInternetFrame) {
+        Net_Set_Conn_Tv_Image_No = kCheckingFrame;
+        return;
+    }
+    ++Net_Set_Conn_Tv_Image_No;
+    ++status.connStatus->animationStep;
+}
+
 }  // namespace
 
 Evas_Object* addImage(Evas_Object* layout) {
@@ -64,15 +74,6 @@ void showFrame(sNetworkStatus& status) {
     Reset_Time_Flag();
 }
 
-void advanceInternetFrame(sNetworkStatus& status) {
-    if (Net_Set_Conn_Tv_Image_No == kLastInternetFrame) {
-        Net_Set_Conn_Tv_Image_No = kCheckingFrame;
-        return;
-    }
-    ++Net_Set_Conn_Tv_Image_No;
-    ++status.connStatus->animationStep;
-}
-
 void armStage(Ecore_Task_Cb tick, sNetworkStatus& status) {
     clearTimer(kStageSlot);
     Net_Set_Conn_timer[kStageSlot] = ecore_timer_add(kTickSeconds, tick, &status);
@@ -101,6 +102,18 @@ void enterInternetStage(sNetworkStatus& status, bool (*askOnline)(), Ecore_Task_
     Net_Set_Conn_Tv_Image_No = kCheckingFrame;
     armStage(tick, status);
     thread_flag = 1;
+}
+
+Eina_Bool tickInternetStage(sNetworkStatus& status, void (*testLink)(sNetworkStatus&),
+                            void (*showVerdict)(sNetworkStatus&)) {
+    showFrame(status);
+    advanceInternetFrame(status);
+    if (testLink) testLink(status);
+    if (status.connStatus->internetCheckDone == 1) {
+        endRun(status, kFirstFrame);
+        showVerdict(status);
+    }
+    return ECORE_CALLBACK_RENEW;
 }
 
 void endRun(sNetworkStatus& status, int nextFrame) {

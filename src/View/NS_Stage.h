@@ -28,8 +28,6 @@ bool showPictureFile(Evas_Object* image, const char* path, const char* key = nul
 
 // Shows frame Net_Set_Conn_Tv_Image_No of the check; a frame counts as activity.
 void showFrame(sNetworkStatus& status);
-// Moves to the next frame of the internet stage (3, 4, 5, 6 and over again).
-void advanceInternetFrame(sNetworkStatus& status);
 
 // Replaces the running stage's timer by a 0.5-second tick.
 void armStage(Ecore_Task_Cb tick, sNetworkStatus& status);
@@ -39,6 +37,11 @@ Eina_Bool tickStageOne(sNetworkStatus& status, bool (*passCheckingFrame)(sNetwor
                        void (*endStage)(sNetworkStatus&));
 // Leaves stage one for the internet stage: asks whether the internet is reachable and waits for the answer.
 void enterInternetStage(sNetworkStatus& status, bool (*askOnline)(), Ecore_Task_Cb tick);
+
+// One tick of the internet stage: the frame, the link test of a kind of network that has one, and the verdict once the
+// question is answered.
+Eina_Bool tickInternetStage(sNetworkStatus& status, void (*testLink)(sNetworkStatus&),
+                            void (*showVerdict)(sNetworkStatus&));
 
 // Ends the run: no hidden image, no timers; the next run begins at that frame.
 void endRun(sNetworkStatus& status, int nextFrame);

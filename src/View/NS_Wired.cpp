@@ -91,17 +91,14 @@ void after_loading_animation_expired(sNetworkStatus& status) {
     showVerdict(status, kVerdict);
 }
 
+void endInternetStageOnCableOut(sNetworkStatus& status) {
+    if (cable_check == kCableOut) status.connStatus->internetCheckDone = 1;
+}
+
 Eina_Bool connectivity_to_internet_wired(void* data) {
     LOG_SCOPE();
-    auto& status = *static_cast<sNetworkStatus*>(data);
-    showFrame(status);
-    advanceInternetFrame(status);
-    if (cable_check == kCableOut) status.connStatus->internetCheckDone = 1;
-    if (status.connStatus->internetCheckDone == 1) {
-        endRun(status, kFirstFrame);
-        after_loading_animation_expired(status);
-    }
-    return ECORE_CALLBACK_RENEW;
+    return tickInternetStage(*static_cast<sNetworkStatus*>(data), endInternetStageOnCableOut,
+                             after_loading_animation_expired);
 }
 
 void readAddresses() {

@@ -81,14 +81,7 @@ void after_load_connecting_animation_wireless(sNetworkStatus& status) {
 
 Eina_Bool ap_connectivity_to_internet(void* data) {
     LOG_SCOPE();
-    auto& status = *static_cast<sNetworkStatus*>(data);
-    showFrame(status);
-    advanceInternetFrame(status);
-    if (status.connStatus->internetCheckDone == 1) {
-        endRun(status, kFirstFrame);
-        after_load_connecting_animation_wireless(status);
-    }
-    return ECORE_CALLBACK_RENEW;
+    return tickInternetStage(*static_cast<sNetworkStatus*>(data), nullptr, after_load_connecting_animation_wireless);
 }
 
 void readAddresses() {
