@@ -9,7 +9,6 @@
 
 #include <atomic>
 #include <optional>
-#include <set>
 
 #define INTERPOSED extern "C" __attribute__((visibility("default")))
 
@@ -24,7 +23,6 @@ constexpr int kWorkerSlices = 1000;         // a worker that takes longer is no 
 
 std::atomic<double> now{kStart};
 int emptyPolls = 0;
-std::set<Evas_Object*>* preloads = nullptr;  // never freed: toolkit objects outlive the library's own teardown
 Ecore_Timer* frames = nullptr;
 
 template <typename Function>
@@ -66,7 +64,7 @@ bool isMainThread() {
 }
 
 bool workersBusy() {
-    return ecore_thread_active_get() + ecore_thread_pending_get() > 0 || (preloads != nullptr && !preloads->empty());
+    return ecore_thread_active_get() + ecore_thread_pending_get() > 0;
 }
 
 // Work on other threads takes no time of ours: what it reports comes before time moves on. 0 when it reported nothing.
@@ -79,19 +77,6 @@ int waitForWorkers(Watch& watch) {
 
 void advance(double seconds) {
     now.store(now.load() + seconds + kPastTheTimer);
-}
-
-void forgetPreload(void* /*data*/, Evas* /*canvas*/, Evas_Object* image, void* /*event*/) {
-    preloads->erase(image);
-    evas_object_event_callback_del(image, EVAS_CALLBACK_IMAGE_PRELOADED, forgetPreload);
-    evas_object_event_callback_del(image, EVAS_CALLBACK_DEL, forgetPreload);
-}
-
-void rememberPreload(Evas_Object* image) {
-    if (preloads == nullptr) preloads = new std::set<Evas_Object*>;
-    if (!preloads->insert(image).second) return;
-    evas_object_event_callback_add(image, EVAS_CALLBACK_IMAGE_PRELOADED, forgetPreload, nullptr);
-    evas_object_event_callback_add(image, EVAS_CALLBACK_DEL, forgetPreload, nullptr);
 }
 
 Eina_Bool tickFrame(void* /*data*/) {
@@ -145,11 +130,9 @@ INTERPOSED void ecore_animator_source_set(Ecore_Animator_Source /*source*/) {}
 INTERPOSED void ecore_animator_custom_source_tick_begin_callback_set(Ecore_Cb /*begin*/, const void* /*data*/) {}
 INTERPOSED void ecore_animator_custom_source_tick_end_callback_set(Ecore_Cb /*end*/, const void* /*data*/) {}
 
-INTERPOSED void evas_object_image_preload(Evas_Object* image, Eina_Bool cancel) {
-    if (cancel) {
-        if (preloads != nullptr && preloads->contains(image)) forgetPreload(nullptr, nullptr, image, nullptr);
-    } else {
-        rememberPreload(image);
-    }
-    next<decltype(evas_object_image_preload)>("evas_object_image_preload")(image, cancel);
+// Pictures are decoded at once: the toolkit's own threads for it tell nobody when they are done.
+INTERPOSED Evas_Object* elm_image_add(Evas_Object* parent) {
+    Evas_Object* const image = next<decltype(elm_image_add)>("elm_image_add")(parent);
+    elm_image_preload_disabled_set(image, EINA_TRUE);
+    return image;
 }
