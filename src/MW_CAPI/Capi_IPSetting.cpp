@@ -2,12 +2,13 @@
 
 #include "Common/Log.h"
 
-int LaunchIPSettings(Evas_Object* /*parent*/, int networkType, const sIPSettingCallbacks& /*callbacks*/) {
+int LaunchIPSettings(Evas_Object* /*parent*/, int networkType, const sIPSettingCallbacks* /*callbacks*/) {
     LOG_SCOPE();
     LOG_ERROR("The IPv6 settings screen is not available yet (network type %d)\n", networkType);
     return -1;
 }
 
-void DestroyIPSettings() {
+int DestroyIPSettings() {
     LOG_SCOPE();
+    return 1;
 }

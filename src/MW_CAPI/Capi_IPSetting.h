@@ -5,9 +5,11 @@
 
 #include "connection_manager.h"
 
+struct sglobalIPValues;
+
 // What the settings screen is launched with. It calls exactly one of the two when it goes away by the user's choice.
 struct sIPSettingCallbacks {
-    void (*confirmed)(void* data);
+    void (*confirmed)(void* data, const sglobalIPValues* values);  // the values live for the call only
     void (*closed)(void* data);
     connection_handle connection;
     void* data;
@@ -19,7 +21,8 @@ struct sIPSettingCallbacks {
  * @param networkType 1 wired, 2 wireless
  * @return 1, or -1 when it cannot be opened
  */
-int LaunchIPSettings(Evas_Object* parent, int networkType, const sIPSettingCallbacks& callbacks);
+int LaunchIPSettings(Evas_Object* parent, int networkType, const sIPSettingCallbacks* callbacks);
 
-// Closes the settings screen, if it is open, without applying anything.
-void DestroyIPSettings();
+// Closes the settings screen without applying anything, and without calling either callback.
+// Returns 0, or 1 when it was not open.
+int DestroyIPSettings();

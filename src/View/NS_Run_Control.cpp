@@ -92,7 +92,7 @@ void returnFromSettings(void* data) {
     redraw_function(*status);
 }
 
-void OkBtnCB(void* data) {
+void OkBtnCB(void* data, const sglobalIPValues* /*values*/) {
     LOG_SCOPE();
     returnFromSettings(data);
 }
@@ -163,7 +163,7 @@ void ip_setting(void* data, Evas_Object* /*object*/, void* /*event*/) {
     if (!status || !status->layout) return;
     const sIPSettingCallbacks callbacks{OkBtnCB, CancelBtnCB, status->connection, status};
     hidePopUp(*status);
-    LaunchIPSettings(status->popup, status->connStatus->networkKind, callbacks);
+    LaunchIPSettings(status->popup, status->connStatus->networkKind, &callbacks);
 }
 
 void initConnParameter() {
