@@ -20,11 +20,11 @@ constexpr std::array kRemoteKeys{
     Renamed{"F4", "XF86Close"},
 };
 
-// Keys whose own name depends on the keyboard's layout or on Num Lock: the gadget knows them by what they stand for.
+// The colon's own name depends on the keyboard's layout. Keypad digits go by their keys' names, as a remote sends them.
 constexpr std::array kStandsFor{
-    Renamed{"colon", "colon"}, Renamed{"KP_0", "KP_0"}, Renamed{"KP_1", "KP_1"}, Renamed{"KP_2", "KP_2"},
-    Renamed{"KP_3", "KP_3"},   Renamed{"KP_4", "KP_4"}, Renamed{"KP_5", "KP_5"}, Renamed{"KP_6", "KP_6"},
-    Renamed{"KP_7", "KP_7"},   Renamed{"KP_8", "KP_8"}, Renamed{"KP_9", "KP_9"},
+    Renamed{"colon", "colon"},  Renamed{"KP_0", "KP_Insert"}, Renamed{"KP_1", "KP_End"},   Renamed{"KP_2", "KP_Down"},
+    Renamed{"KP_3", "KP_Next"}, Renamed{"KP_4", "KP_Left"},   Renamed{"KP_5", "KP_Begin"}, Renamed{"KP_6", "KP_Right"},
+    Renamed{"KP_7", "KP_Home"}, Renamed{"KP_8", "KP_Up"},     Renamed{"KP_9", "KP_Prior"},
 };
 
 // What named keys type. Letters and digits type their own name.

@@ -179,8 +179,8 @@ void readEvents(const Node& list, State& state) {
 }
 
 State readScenario(const Node& root) {
-    root.allow(
-        {"description", "unchecked", "interfaces", "profiles", "wifi", "gateway", "internet", "faults", "events"});
+    root.allow({"description", "unchecked", "interfaces", "profiles", "wifi", "gateway", "internet", "renewal",
+                "faults", "events"});
     State state;
     if (const auto node = root.find("description")) state.description = node->text();
     if (const auto node = root.find("unchecked")) state.unchecked = node->flag();
@@ -189,6 +189,7 @@ State readScenario(const Node& root) {
     if (const auto node = root.find("wifi")) state.radio = readRadio(*node, state.unchecked);
     state.gateway = readReply(root.at("gateway"));
     state.internet = readReply(root.at("internet"));
+    if (const auto node = root.find("renewal")) state.renewal = readSeconds(*node);
     if (const auto list = root.find("faults")) {
         for (const Node& node : list->items())
             state.faults.push_back(readFault(node));

@@ -23,7 +23,8 @@ struct ProfileRecord {
     bool registered = true;
     Profile whenLinked;  // its state and what the network gives it while the cable is in
     Ipv6Settings configured;
-    std::string ipv4;  // for the address notification only
+    bool renewing = false;  // back in automatic mode, and the network has not given its values again yet
+    std::string ipv4;       // for the address notification only
 };
 
 // How an asynchronous question is answered.
@@ -46,6 +47,7 @@ struct AccessPointRecord {
     bool isFound = true;        // false: it went away
     Reply connecting;           // silent: the association never ends
     Ipv6Settings configured;
+    bool renewing = false;  // as for a profile
 };
 
 struct Radio {
@@ -75,6 +77,7 @@ struct State {
     std::optional<Radio> radio;
     Reply gateway;
     Reply internet;
+    double renewal = 1;  // seconds from a manual address to the automatic one
     std::vector<Fault> faults;
     std::vector<Event> events;
 };
@@ -90,6 +93,12 @@ std::string applyCommand(State& state, std::span<const std::string> words);
 
 // The same for the words after "wifi".
 std::string applyWifiCommand(State& state, std::span<const std::string> words);
+
+// Whether the settings replace the address that the network gives.
+bool hasManualAddress(const Ipv6Settings& configured);
+
+// The network gives its values again to the profile or access point of that identity.
+void endRenewal(State& state, std::string_view id);
 
 // What the network looks like from outside, with the cable taken into account.
 bool linkIsUp(const State& state);

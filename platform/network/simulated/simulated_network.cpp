@@ -6,6 +6,7 @@
 
 #include "ipv6_settings.h"
 #include "simulated.h"
+#include "snapshot.h"
 
 namespace network {
 namespace simulated {
@@ -108,6 +109,7 @@ int SimulatedNetwork::injectedFault(std::string_view function) {
 }
 
 std::string SimulatedNetwork::command(std::span<const std::string> words) {
+    if (words.size() == 2 && words[0] == "save") return saveState(state_, words[1]);
     std::string fault;
     announce([&] { fault = applyCommand(state_, words); });
     return fault;
@@ -117,7 +119,7 @@ int SimulatedNetwork::store(const std::string& id, const Ipv6Settings& settings)
     const auto record = std::find_if(state_.profiles.begin(), state_.profiles.end(),
                                      [&](const ProfileRecord& known) { return known.id == id; });
     if (record == state_.profiles.end()) return CONNECTION_ERROR_NO_CONNECTION;
-    announce([&] { merge(settings, record->configured); });
+    configure(*record, settings);
     return CONNECTION_ERROR_NONE;
 }
 

@@ -3,7 +3,9 @@
 
 #include <deque>
 #include <list>
+#include <map>
 
+#include "ipv6_settings.h"
 #include "scenario.h"
 #include "timer.h"
 
@@ -49,6 +51,8 @@ class SimulatedNetwork final : public Backend {
     int ask(const Reply& reply, std::function<int()> judge, Answer answer, std::unique_ptr<Question>& question);
     int outcomeOf(const Attempt& attempt) const;
     void endAttempt(int result);
+    template <typename Record>
+    void configure(Record& record, const Ipv6Settings& changes);
     void announce(const std::function<void()>& change);
     void queueNotice(Notice notice);
     void deliverNotice();
@@ -59,6 +63,21 @@ class SimulatedNetwork final : public Backend {
     std::deque<Notice> notices_;
     Timer noticeTimer_;
     std::list<Timer> eventTimers_;
+    std::map<std::string, Timer> renewals_;  // by the identity of the profile or access point
 };
+
+// Stores changed settings in a profile or access point. Back from a manual address, the network's own values take a
+// while, as they would when a router is asked for them.
+template <typename Record>
+void SimulatedNetwork::configure(Record& record, const Ipv6Settings& changes) {
+    announce([&] {
+        const bool wasManual = hasManualAddress(record.configured);
+        merge(changes, record.configured);
+        const bool isManual = hasManualAddress(record.configured);
+        record.renewing = !isManual && (wasManual || record.renewing);
+    });
+    if (!record.renewing || renewals_[record.id].isRunning()) return;
+    renewals_[record.id].start(state_.renewal, [this, id = record.id] { announce([&] { endRenewal(state_, id); }); });
+}
 
 }  // namespace network::simulated

@@ -132,7 +132,7 @@ int SimulatedNetwork::askWifiOnline(Answer answer, std::unique_ptr<Question>& qu
 int SimulatedNetwork::storeAccessPoint(const std::string& id, const Ipv6Settings& settings) {
     if (findAccessPoint(state_, id) == nullptr) return CONNECTION_ERROR_NO_CONNECTION;
     const auto record = std::ranges::find(state_.radio->accessPoints, id, &AccessPointRecord::id);
-    announce([&] { merge(settings, record->configured); });
+    configure(*record, settings);
     return CONNECTION_ERROR_NONE;
 }
 

@@ -22,14 +22,20 @@ int connectionType(const State& state) {
     return connected ? CONNECTION_TYPE_WIFI : CONNECTION_TYPE_DISCONNECTED;
 }
 
+bool hasManualAddress(const Ipv6Settings& configured) {
+    return configured.isStatic.value_or(false) && configured.address;
+}
+
 namespace {
 
 // Settings count in their static mode only, and a static mode without values leaves what the network gave.
-Ipv6Values liveValues(const Ipv6Values& given, const Ipv6Settings& configured) {
-    Ipv6Values live = given;
+Ipv6Values liveValues(const Ipv6Values& given, const Ipv6Settings& configured, bool renewing) {
+    Ipv6Values live;
+    live.dnsIsStatic = given.dnsIsStatic;
+    if (!renewing) live = given;
     Ipv6Settings counting;
     counting.dnsIsStatic = configured.dnsIsStatic.value_or(live.dnsIsStatic);
-    if (configured.isStatic.value_or(false) && configured.address) {
+    if (hasManualAddress(configured)) {
         counting.address = configured.address;
         counting.prefixLength = configured.prefixLength;
         counting.gateway = configured.gateway;
@@ -44,9 +50,19 @@ Ipv6Values liveValues(const Ipv6Values& given, const Ipv6Settings& configured) {
 
 }  // namespace
 
+void endRenewal(State& state, std::string_view id) {
+    for (ProfileRecord& record : state.profiles) {
+        if (record.id == id) record.renewing = false;
+    }
+    if (!state.radio) return;
+    for (AccessPointRecord& record : state.radio->accessPoints) {
+        if (record.id == id) record.renewing = false;
+    }
+}
+
 Profile seenProfile(const State& state, const ProfileRecord& record) {
     Profile seen = record.whenLinked;
-    seen.ipv6 = liveValues(record.whenLinked.ipv6, record.configured);
+    seen.ipv6 = liveValues(record.whenLinked.ipv6, record.configured, record.renewing);
     if (seen.type == CONNECTION_PROFILE_TYPE_ETHERNET && !linkIsUp(state)) {
         seen.state = CONNECTION_PROFILE_STATE_DISCONNECTED;
     }
@@ -72,7 +88,8 @@ const ProfileRecord* connectedProfile(const State& state) {
 
 AccessPoint seenAccessPoint(const State& state, const AccessPointRecord& record) {
     AccessPoint seen = record.whenConnected;
-    seen.ipv6 = state.radio->connected == record.id ? liveValues(seen.ipv6, record.configured) : Ipv6Values{};
+    const bool connected = state.radio->connected == record.id;
+    seen.ipv6 = connected ? liveValues(seen.ipv6, record.configured, record.renewing) : Ipv6Values{};
     return seen;
 }
 

@@ -1,6 +1,9 @@
 // The "network …" commands of scripts, seen through the connection manager.
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
+
 #include "connection_manager.h"
 #include "main_loop.h"
 #include "results.h"
@@ -103,6 +106,25 @@ TEST_F(ScriptCommands, ChangeTheLiveValuesAndTellOfANewAddress) {
     MainLoop::settle();
     EXPECT_EQ(heard, (std::vector<std::string>{"192.0.2.10 2001:db8:7::7", "192.0.2.10 "}));
     EXPECT_EQ(address(), "");
+}
+
+TEST_F(ScriptCommands, SaveTheNetworkAsItIsNow) {
+    open(std::string(kPromptNetwork));
+    ASSERT_EQ(connection_profile_set_ip_config_type(profile, kIpv6, CONNECTION_IP_CONFIG_STATIC), 0);
+    ASSERT_EQ(connection_profile_set_ip_address(profile, kIpv6, "2001:db8:7::7"), 0);
+    ASSERT_EQ(connection_profile_set_prefix_length(profile, kIpv6, 48), 0);
+    ASSERT_EQ(connection_update_profile(client, profile), 0);
+    ASSERT_EQ(network::command(Words{"gateway", "silent"}), "");
+
+    const TemporaryScenario saved("");
+    EXPECT_EQ(network::command(Words{"save", saved.file() + "/x"}), "cannot write " + saved.file() + "/x");
+    ASSERT_EQ(network::command(Words{"save", saved.file()}), "");
+    std::stringstream text;
+    text << std::ifstream(saved.file()).rdbuf();
+    network::release();
+    open(text.str());
+    EXPECT_EQ(address(), "2001:db8:7::7");
+    EXPECT_EQ(answers(), std::vector<int>{0}) << "the silent gateway is saved too";
 }
 
 TEST_F(ScriptCommands, SayWhatIsWrongWithThemAndChangeNothing) {

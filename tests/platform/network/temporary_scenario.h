@@ -34,7 +34,8 @@ constexpr std::string_view kPromptNetwork = R"({
     "live": {"address": "2001:db8:1::10", "prefixLength": 64, "gateway": "fe80::1",
              "dns": ["2001:db8:1::53", "2001:db8:1::54"], "dnsMode": "dynamic"}}],
   "gateway": {"result": "NONE"},
-  "internet": {"result": "NONE"}
+  "internet": {"result": "NONE"},
+  "renewal": 0
 })";
 
 // A radio that is associated with a secured network, and finds an open one too; everything answers at once.
