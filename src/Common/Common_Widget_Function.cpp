@@ -37,6 +37,14 @@ void linkToItself(Evas_Object** widgets, int count, Elm_Focus_Direction forward,
     }
 }
 
+void deleteNow(void* widget) {
+    evas_object_del(static_cast<Evas_Object*>(widget));
+}
+
+void cancelDeletion(void* job, Evas* /*canvas*/, Evas_Object* /*widget*/, void* /*event*/) {
+    ecore_job_del(static_cast<Ecore_Job*>(job));
+}
+
 }  // namespace
 
 Evas_Object* createButton(Evas_Object* parent, const char* style, Evas_Smart_Cb clicked, const char* label,
@@ -111,4 +119,11 @@ void _genlist_item_reailzed_cb(void* /*data*/, Evas_Object* /*list*/, void* item
 void deleteObject(Evas_Object*& field) {
     if (field) evas_object_del(field);
     field = nullptr;
+}
+
+void deleteLater(Evas_Object* widget) {
+    if (!widget) return;
+    evas_object_hide(widget);
+    // Its parent may delete it before its turn comes.
+    evas_object_event_callback_add(widget, EVAS_CALLBACK_DEL, cancelDeletion, ecore_job_add(deleteNow, widget));
 }

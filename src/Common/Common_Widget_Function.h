@@ -28,3 +28,5 @@ void _genlist_item_reailzed_cb(void* data, Evas_Object* list, void* item);
 
 // Deletes a widget, if there is one, and clears its field.
 void deleteObject(Evas_Object*& field);
+// Hides a widget now and deletes it in the next turn of the main loop, for callers inside its own callbacks.
+void deleteLater(Evas_Object* widget);

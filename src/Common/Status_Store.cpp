@@ -3,16 +3,12 @@
 #include "Common/Common_Function.h"
 #include "Common/Log.h"
 #include "Common/Resources.h"
+#include "Common/Settings_Keys.h"
 #include "settings_store.h"
 
 namespace {
 
-constexpr const char* kAutomatic = "COM_OBTAIN_AUTOMATICALLY";
-
-constexpr const char* kWirelessIpModeKey = "db/menu/network/wireless_ip_mode_V6";
-constexpr const char* kWirelessDnsModeKey = "db/menu/network/wireless_dns_mode_V6";
-constexpr const char* kWiredIpModeKey = "db/menu/network/wired_ip_mode_V6";
-constexpr const char* kWiredDnsModeKey = "db/menu/network/wired_dns_mode_V6";
+constexpr const char* kNoValue = "NULL";  // what the platform stores where there is none
 
 struct StoreDefault {
     const char* key;
@@ -21,26 +17,27 @@ struct StoreDefault {
 };
 
 constexpr StoreDefault kDefaults[] = {
-    {kWirelessIpModeKey, kAutomatic, false},
-    {kWirelessDnsModeKey, kAutomatic, false},
-    {"db/menu/network/wireless_ip_V6", kNoAddress, false},
-    {"db/menu/network/wireless_prefix_V6", kNoPrefix, false},
-    {"db/menu/network/wireless_gateway_V6", kNoAddress, false},
-    {"db/menu/network/wireless_dns_V6", kNoAddress, false},
-    {"db/menu/network/wired_ip_V6", kNoAddress, false},
-    {"db/menu/network/wired_prefix_V6", kNoPrefix, false},
-    {"db/menu/network/wired_gateway_V6", kNoAddress, false},
-    {"db/menu/network/wired_dns_V6", kNoAddress, false},
-    {kWiredIpModeKey, kAutomatic, false},
-    {kWiredDnsModeKey, kAutomatic, false},
+    {kWirelessKeys.ipMode, kAutomaticMode, false},
+    {kWirelessKeys.dnsMode, kAutomaticMode, false},
+    {kWirelessKeys.ipAddress, kNoAddress, false},
+    {kWirelessKeys.prefixLength, kNoPrefix, false},
+    {kWirelessKeys.gateway, kNoAddress, false},
+    {kWirelessKeys.dnsAddress, kNoAddress, false},
+    {kWiredKeys.ipAddress, kNoAddress, false},
+    {kWiredKeys.prefixLength, kNoPrefix, false},
+    {kWiredKeys.gateway, kNoAddress, false},
+    {kWiredKeys.dnsAddress, kNoAddress, false},
+    {kWiredKeys.ipMode, kAutomaticMode, false},
+    {kWiredKeys.dnsMode, kAutomaticMode, false},
     {kNetworkTypeKey, "Wired", false},
     {kApNameKey, "COM_NO_NETWORK_M_OPTION", true},
     {kStopFlagKey, "FALSE", false},
     {kApPassKey, "73019462", false},
 };
 
-constexpr const char* kModeKeys[] = {kWirelessIpModeKey, kWirelessDnsModeKey, kWiredIpModeKey, kWiredDnsModeKey};
-constexpr const char* kWiredModeKeys[] = {kWiredIpModeKey, kWiredDnsModeKey};
+constexpr const char* kModeKeys[] = {kWirelessKeys.ipMode, kWirelessKeys.dnsMode, kWiredKeys.ipMode,
+                                     kWiredKeys.dnsMode};
+constexpr const char* kWiredModeKeys[] = {kWiredKeys.ipMode, kWiredKeys.dnsMode};
 
 }  // namespace
 
@@ -48,16 +45,25 @@ PlatformText readStore(const char* key) {
     return PlatformText(vconf_get_str(key));
 }
 
-void set_vconf(const char* key, const char* value) {
-    LOG_SCOPE();
+void writeStore(const char* key, const char* value) {
+    if (vconf_set_str(key, value) != 0) LOG_WARN("The settings store does not take %s\n", key);
+}
+
+bool seedStore(const char* key, const char* value, const char* said) {
     if (!key || !value) {
         LOG_DEBUG("key Or strVal is NULL\n\n");
-        return;
+        return false;
     }
     const PlatformText stored = readStore(key);
-    if (stored && string_cmp(stored.get(), "NULL") != 0) return;
-    LOG_DEBUG("Setting NULL Key\n");
-    vconf_set_str(key, value);
+    if (stored && string_cmp(stored.get(), kNoValue) != 0) return false;
+    LOG_DEBUG("%s\n", said);
+    writeStore(key, value);
+    return true;
+}
+
+void set_vconf(const char* key, const char* value) {
+    LOG_SCOPE();
+    seedStore(key, value, "Setting NULL Key");
 }
 
 void vconf_set_init_values() {
@@ -70,11 +76,11 @@ void vconf_set_init_values() {
 void set_vconf_default_keys() {
     LOG_SCOPE();
     for (const char* key : kModeKeys)
-        set_vconf(key, kAutomatic);
+        set_vconf(key, kAutomaticMode);
 }
 
 void set_autoIn_vconf() {
     LOG_SCOPE();
     for (const char* key : kWiredModeKeys)
-        set_vconf(key, kAutomatic);
+        set_vconf(key, kAutomaticMode);
 }

@@ -10,6 +10,12 @@ inline constexpr const char* kApPassKey = "db/menu/network/ap_pass";
 
 // The text under a key, or null.
 PlatformText readStore(const char* key);
+// Stores the text; says so in the log when the store refuses.
+void writeStore(const char* key, const char* value);
+
+// Stores the value, and says so with those words in the log, only when the key has none or holds "NULL".
+// Returns whether it did.
+bool seedStore(const char* key, const char* value, const char* said);
 
 // Writes the value only when the key has none or holds "NULL".
 void set_vconf(const char* key, const char* value);

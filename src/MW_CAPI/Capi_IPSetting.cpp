@@ -1,14 +1,15 @@
 #include "MW_CAPI/Capi_IPSetting.h"
 
 #include "Common/Log.h"
+#include "View/IPSettings.h"
 
-int LaunchIPSettings(Evas_Object* /*parent*/, int networkType, const sIPSettingCallbacks* /*callbacks*/) {
+int LaunchIPSettings(Evas_Object* parent, int networkType, const sIPSettingCallbacks* callbacks) {
     LOG_SCOPE();
-    LOG_ERROR("The IPv6 settings screen is not available yet (network type %d)\n", networkType);
-    return -1;
+    return launchIPSettings(parent, networkType, callbacks);
 }
 
 int DestroyIPSettings() {
     LOG_SCOPE();
-    return 1;
+    LOG_DEBUG("Destroying the IP settings screen\n");
+    return destroyIPSettings();
 }

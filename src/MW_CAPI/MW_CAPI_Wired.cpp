@@ -8,6 +8,7 @@
 #include "Common/Run_State.h"
 #include "Common/Status_Store.h"
 #include "Common/Text.h"
+#include "MW_CAPI/Profile_Walk.h"
 #include "View/NS_Cable.h"
 
 namespace {
@@ -24,24 +25,6 @@ connection_handle client() {
     const sNetworkStatus* status = createNetworkStatus();
     return status ? status->connection : nullptr;
 }
-
-// An iterator over profiles that is released on every way out.
-class ProfileWalk {
-  public:
-    ProfileWalk() = default;
-    ~ProfileWalk() {
-        if (iterator_) connection_destroy_profile_iterator(iterator_);
-    }
-    ProfileWalk(const ProfileWalk&) = delete;
-    ProfileWalk& operator=(const ProfileWalk&) = delete;
-
-    int open(int which) { return connection_get_profile_iterator(client(), which, &iterator_); }
-    [[nodiscard]] bool hasNext() const { return connection_profile_iterator_has_next(iterator_); }
-    int next(connection_profile_handle* profile) { return connection_profile_iterator_next(iterator_, profile); }
-
-  private:
-    connection_profile_iterator iterator_ = nullptr;
-};
 
 void type_changed_callback(int connectionType, void* /*data*/) {
     LOG_SCOPE();
@@ -183,7 +166,7 @@ int register_client() {
     LOG_DEBUG("Connection created successfully\n");
     connection_set_type_changed_cb(status->connection, type_changed_callback, nullptr);
     ProfileWalk walk;
-    const int opened = walk.open(CONNECTION_ITERATOR_REGISTERED);
+    const int opened = walk.open(client(), CONNECTION_ITERATOR_REGISTERED);
     if (opened != CONNECTION_ERROR_NONE) {
         LOG_DEBUG("Fail to get profile iterator %d\n", opened);
         return 0;
@@ -231,7 +214,7 @@ bool get_updated_ethernet_profile_handle(connection_profile_handle* profile) {
     LOG_SCOPE();
     if (!profile) return false;
     ProfileWalk walk;
-    const int opened = walk.open(CONNECTION_ITERATOR_CONNECTED);
+    const int opened = walk.open(client(), CONNECTION_ITERATOR_CONNECTED);
     if (opened != CONNECTION_ERROR_NONE) {
         LOG_DEBUG("Fail to get profile iterator %s\n", convertWiredErrorToString(opened));
         return false;

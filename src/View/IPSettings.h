@@ -11,6 +11,8 @@ struct sIPSetting;
 int launchIPSettings(Evas_Object* parent, int networkType, const sIPSettingCallbacks* callbacks);
 // Reverts what was not applied and closes everything, without telling the launcher. 0, or 1 when nothing was open.
 int destroyIPSettings();
+// destroyIPSettings, and then the gadget closes.
+void leaveSettingsAndGadget();
 
 // Mode switches: they take effect on the network at once.
 void IP_Auto_Btn(sIPSetting* settings);

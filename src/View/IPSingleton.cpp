@@ -110,6 +110,20 @@ void delCustKeyboard() {
     delete keyboard;
 }
 
+bool isSettingsOpen() {
+    return sIPSettingObj && sIPSettingObj->popup;
+}
+
+sipSettingChangeVal* openPrefixPopup() {
+    return sipSettingChangeValobj;
+}
+
+void closeEditors() {
+    delCustKeyboard();
+    if (sipSettingChangeValobj) delIPSettingChangeVal();
+    if (sipDataSettingChangeValobj) delIPDataSettingChangeVal();
+}
+
 bool isKeyboardOpen() {
     return custKeyboardObj != nullptr;
 }

@@ -42,8 +42,13 @@ int delIPDataSettingChangeVal();
 custKeyboard* getCustKeyBoard();
 void delCustKeyboard();
 
-// Whether there is a keyboard, without making one.
+// Whether there is a screen, a keyboard, without making one.
+bool isSettingsOpen();
 bool isKeyboardOpen();
+// The record of the open prefix popup, or null.
+sipSettingChangeVal* openPrefixPopup();
+// Closes whatever editor is open, and forgets what it kept.
+void closeEditors();
 // The settings popup under a smaller one, and as it was.
 void dimSettingsPopup();
 void undimSettingsPopup();

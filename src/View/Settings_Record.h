@@ -7,12 +7,9 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "Common/Settings_Keys.h"
 #include "connection_manager.h"
 #include "wifi_manager.h"
-
-// Modes are these two text IDs: compared by text, stored as they are and shown translated.
-inline constexpr const char* kAutomaticMode = "COM_OBTAIN_AUTOMATICALLY";
-inline constexpr const char* kManualMode = "COM_ENTER_MANUALLY";
 
 // Argument of the adapters' mode switches.
 inline constexpr int kSwitchToAutomatic = 0;
