@@ -1,7 +1,7 @@
 #include "View/IPSettings.h"
 
 #include <cstring>
-#include <string_view>
+#include <utility>
 
 #include "Common/Common_Function.h"
 #include "Common/Common_Widget_Function.h"
@@ -29,6 +29,7 @@ constexpr double kListWidth = 250;
 constexpr double kListHeight = 264;
 
 constinit Evas_Object* gParent = nullptr;
+constinit Ecore_Job* refocus = nullptr;
 constinit decltype(sIPSettingCallbacks::confirmed) fptrOkBtnCBObj = nullptr;
 constinit decltype(sIPSettingCallbacks::closed) fptrCancelBtnCBObj = nullptr;
 
@@ -38,6 +39,17 @@ void closeScreen(const sIPSetting& settings) {
     stopAddressChanges(settings);
     delIPSettings();
     forgetConnHandler();
+}
+
+// A popup that goes hands the focus back to whom it took it from; that may be after the status screen has given it to
+// its button.
+void focusStatusScreen(void* /*data*/) {
+    refocus = nullptr;
+    if (const sNetworkStatus* status = createNetworkStatus()) focusStopButton(*status);
+}
+
+void focusStatusScreenLater() {
+    if (!refocus) refocus = ecore_job_add(focusStatusScreen, nullptr);
 }
 
 void Ok_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
@@ -54,6 +66,7 @@ void Ok_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
     const sglobalIPValues valuesCopy = sglobalIPValuesObj;
     if (fptrOkBtnCBObj) fptrOkBtnCBObj(settings->callerData, &valuesCopy);
     closeScreen(*settings);
+    focusStatusScreenLater();
 }
 
 void close_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
@@ -66,6 +79,7 @@ void close_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
     reverseIPSettingsChanges(settings);
     if (fptrCancelBtnCBObj) fptrCancelBtnCBObj(settings->callerData);
     closeScreen(*settings);
+    focusStatusScreenLater();
 }
 
 char* _access_info_cb_ok(void* /*data*/, Evas_Object* /*object*/) {
@@ -83,7 +97,7 @@ void closeByKey(sIPSetting* settings) {
 // The status screen below is empty then: somebody must hear the close keys.
 void leaveEmptyStatus(sIPSetting* /*settings*/) {
     destroyIPSettings();
-    if (const sNetworkStatus* status = createNetworkStatus()) focusStopButton(*status);
+    focusStatusScreenLater();
 }
 
 void leaveGadget(sIPSetting* /*settings*/) {
@@ -128,6 +142,25 @@ void ButtonFocusCB(void* data, Evas_Object* /*button*/, void* /*event*/) {
     if (settings) unhighlightSelected(*settings);
 }
 
+void hold(Evas_Event_Key_Down& pressed) {
+    pressed.event_flags = static_cast<Evas_Event_Flags>(pressed.event_flags | EVAS_EVENT_FLAG_ON_HOLD);
+}
+
+// The list itself would stop on each disabled row. Beyond the last one comes the OK button, in both directions.
+void moveBetweenRows(void* data, Evas* /*canvas*/, Evas_Object* list, void* event) {
+    const auto* const settings = static_cast<sIPSetting*>(data);
+    auto& pressed = *static_cast<Evas_Event_Key_Down*>(event);
+    const bool down = string_cmp(pressed.keyname, "Down") == 0;
+    if (!down && string_cmp(pressed.keyname, "Up") != 0) return;
+    Elm_Object_Item* const next = nextEnabledRow(elm_object_focused_item_get(list), down);
+    if (next) {
+        elm_object_item_focus_set(next, EINA_TRUE);
+    } else {
+        elm_object_focus_set(settings->okButton, EINA_TRUE);
+    }
+    hold(pressed);
+}
+
 // From the buttons, Down goes to the first row and Up to the last one that can be selected.
 Eina_Bool eventCB_focuschain(void* data, Evas_Object* /*object*/, Evas_Object* /*source*/, Evas_Callback_Type type,
                              void* event) {
@@ -143,7 +176,7 @@ Eina_Bool eventCB_focuschain(void* data, Evas_Object* /*object*/, Evas_Object* /
     }
     if (!target) return EINA_FALSE;
     elm_object_item_focus_set(target, EINA_TRUE);
-    pressed->event_flags = static_cast<Evas_Event_Flags>(pressed->event_flags | EVAS_EVENT_FLAG_ON_HOLD);
+    hold(*pressed);
     return EINA_TRUE;
 }
 
@@ -256,6 +289,8 @@ void addList(sIPSetting& settings) {
     if (!settings.list) return;
     evas_object_smart_callback_add(settings.list, "item,focused", ListItemFocusCB, &settings);
     evas_object_smart_callback_add(settings.list, "realized", _genlist_item_reailzed_cb, nullptr);
+    evas_object_event_callback_priority_add(settings.list, EVAS_CALLBACK_KEY_DOWN, EVAS_CALLBACK_PRIORITY_BEFORE,
+                                            moveBetweenRows, &settings);
     evas_object_show(settings.list);
     const double scale = elm_config_scale_get();
     Evas_Object* const table = widget_min_set(settings.list, settings.popup, static_cast<int>(kListWidth * scale),
@@ -353,6 +388,7 @@ int launchIPSettings(Evas_Object* parent, int networkType, const sIPSettingCallb
 int destroyIPSettings() {
     LOG_SCOPE();
     LOG_DEBUG("The settings screen is destroyed\n");
+    if (refocus) ecore_job_del(std::exchange(refocus, nullptr));
     if (!isSettingsOpen()) {
         LOG_DEBUG("Invalid Argument\n");
         return 1;

@@ -136,13 +136,23 @@ void enableDnsServer(const sIPSetting& settings, bool enabled) {
     if (Elm_Object_Item* last = elm_genlist_last_item_get(settings.list)) disable(last, !enabled);
 }
 
+Elm_Object_Item* nextEnabledRow(const Elm_Object_Item* from, bool down) {
+    const auto neighbour = down ? elm_genlist_item_next_get : elm_genlist_item_prev_get;
+    Elm_Object_Item* item = from ? neighbour(from) : nullptr;
+    while (item && elm_object_item_disabled_get(item))
+        item = neighbour(item);
+    return item;
+}
+
 void redrawRows(const sIPSetting& settings) {
     if (settings.list) elm_genlist_realized_items_update(settings.list);
 }
 
 void focusRows(const sIPSetting& settings) {
     elm_object_focus_set(settings.list, EINA_TRUE);
-    if (settings.currentItem) elm_object_item_focus_set(settings.currentItem, EINA_TRUE);
+    Elm_Object_Item* const item =
+        settings.currentItem ? settings.currentItem : elm_genlist_first_item_get(settings.list);
+    if (item) elm_object_item_focus_set(item, EINA_TRUE);
 }
 
 void fillBtnData(sIPSetting* settings, const char* value) {

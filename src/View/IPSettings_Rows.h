@@ -26,7 +26,10 @@ void _SetEnableDisableList(sIPSetting* settings, bool isAuto, bool onInit);
 // Enables or disables the DNS server's row.
 void enableDnsServer(const sIPSetting& settings, bool enabled);
 
+// The nearest row below (or above) that can be selected, or null.
+Elm_Object_Item* nextEnabledRow(const Elm_Object_Item* from, bool down);
+
 // Redraws the rows that are on the screen.
 void redrawRows(const sIPSetting& settings);
-// Gives the focus to the list, on the row last selected.
+// Gives the focus to the list: on the row last selected, at first on the first one.
 void focusRows(const sIPSetting& settings);

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "Common/Common_Widget_Function.h"
 #include "Common/Log.h"
@@ -26,13 +27,12 @@ void colourSettingsPopup(int shade) {
         evas_object_color_set(sIPSettingObj->popup, shade, shade, shade, kBright);
 }
 
-// Forgets the record before its widgets go: what their deletion calls must find no half-dead record.
+// The popup goes a turn later: its own button asks for it.
 template <typename Record>
 void deletePopupRecord(Record*& singleton) {
-    Record* const record = singleton;
+    const Record* const record = std::exchange(singleton, nullptr);
     if (!record) return;
-    singleton = nullptr;
-    deleteObject(record->popup);
+    deleteLater(record->popup);
     delete record;
 }
 
@@ -50,9 +50,8 @@ sIPSetting* getObject() {
 
 void delIPSettings() {
     LOG_SCOPE();
-    sIPSetting* const settings = sIPSettingObj;
+    sIPSetting* const settings = std::exchange(sIPSettingObj, nullptr);
     if (!settings) return;
-    sIPSettingObj = nullptr;
     deleteObject(settings->popup);
     delete settings->connectionInfo;
     delete settings;
