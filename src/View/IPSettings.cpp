@@ -137,9 +137,13 @@ void ListItemFocusCB(void* data, Evas_Object* list, void* item) {
     }
 }
 
+// The list keeps its item's focus when it loses its own; two rows of light would be on the screen.
 void ButtonFocusCB(void* data, Evas_Object* /*button*/, void* /*event*/) {
     const auto* const settings = static_cast<sIPSetting*>(data);
-    if (settings) unhighlightSelected(*settings);
+    if (!settings) return;
+    unhighlightSelected(*settings);
+    Elm_Object_Item* const focused = elm_object_focused_item_get(settings->list);
+    if (focused) elm_object_item_focus_set(focused, EINA_FALSE);
 }
 
 void hold(Evas_Event_Key_Down& pressed) {

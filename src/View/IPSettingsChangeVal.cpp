@@ -151,7 +151,18 @@ void selectCurrentMode(const sIPSetting& settings) {
         manual ? elm_genlist_last_item_get(settings.typeList) : elm_genlist_first_item_get(settings.typeList);
     IsBlock = true;
     elm_genlist_item_selected_set(current, EINA_TRUE);
-    elm_object_item_focus_set(current, EINA_TRUE);
+}
+
+void focusSelectedMode(void* /*data*/) {
+    const sIPSetting* const settings = isSettingsOpen() ? getObject() : nullptr;
+    Elm_Object_Item* const selected =
+        settings && settings->typeList ? elm_genlist_selected_item_get(settings->typeList) : nullptr;
+    if (selected) elm_object_item_focus_set(selected, EINA_TRUE);
+}
+
+// An entry can take the focus once it is drawn, and not before the turn after that.
+void focusWhenDrawn(void* /*data*/, Evas_Object* list, void* item) {
+    if (item == elm_genlist_selected_item_get(list)) ecore_job_add(focusSelectedMode, nullptr);
 }
 
 Evas_Object* addModeList(sIPSetting& settings, const char* rowLabel) {
@@ -160,6 +171,7 @@ Evas_Object* addModeList(sIPSetting& settings, const char* rowLabel) {
     if (!list) return nullptr;
     fill(list, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
     evas_object_smart_callback_add(list, "realized", _genlist_item_reailzed_cb, nullptr);
+    evas_object_smart_callback_add(list, "realized", focusWhenDrawn, nullptr);
     evas_object_event_callback_add(list, EVAS_CALLBACK_KEY_DOWN, Close_popup_On_return_Key, &settings);
     evas_object_show(list);
     addModes(list, rowLabel);
