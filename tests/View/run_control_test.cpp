@@ -153,27 +153,6 @@ TEST(RunControl, FocusMovesInRingsAndNeverLeaves) {
     }
 }
 
-TEST(RunControl, SettingsButtonLeavesTheCloseKeysAlive) {
-    const HostRun run({.network = scenario("success"),
-                       .script = R"(
-                           expect "IPv6 settings" within 10
-                           key Right
-                           wait 0.1
-                           expect focus "IPv6 settings"
-                           key Return
-                           wait 0.2
-                           dump emptied.json
-                           key XF86Back
-                           expect closed within 1
-                       )",
-                       .arguments = {"--log", "error"}});
-    ASSERT_TRUE(run.succeeded()) << run;
-    const nlohmann::json dump = run.dump("emptied.json");
-    EXPECT_TRUE(buttonsIn(dump).empty());
-    EXPECT_NE(focusIn(dump), "nobody");
-    EXPECT_NE(run.errors().find("settings screen is not available"), std::string::npos);
-}
-
 TEST(RunControl, AnUnknownNetworkStartsNoCheck) {
     const HostRun run({.network = scenario("success"),
                        .store = {{"db/menu/network/network_type", "Coax"}},

@@ -264,8 +264,9 @@ TEST(Settings, ANewAddressIsShownWhileTheModeIsAutomatic) {
 TEST(Settings, RefuseAWirelessNetworkWithoutAName) {
     // The status screen stays empty then, and still closes by key.
     HostSetup setup = onSettings(kWirelessCase, {}, "dump refused.json\nkey XF86Back\nexpect closed within 1\n");
-    setup.script = "expect \"IPv6 settings\" within 20\nnetwork wifi lose\nset-store db/menu/network/ap_name \"NULL\"\n"
-                   "key Right\nkey Return\nwait 0.3\ndump refused.json\nkey XF86Back\nexpect closed within 1\n";
+    setup.script =
+        "expect \"IPv6 settings\" within 20\nnetwork wifi lose\nset-store db/menu/network/ap_name \"NULL\"\n"
+        "key Right\nkey Return\nwait 0.3\ndump refused.json\nkey XF86Back\nexpect closed within 1\n";
     const HostRun run(setup);
     ASSERT_TRUE(run.succeeded()) << run;
     EXPECT_EQ(popupsIn(run.dump("refused.json")), Texts{});
@@ -273,15 +274,24 @@ TEST(Settings, RefuseAWirelessNetworkWithoutAName) {
 }
 
 const char* const kCalls[] = {
-    "connection_set_ip_address_changed_cb",   "connection_unset_ip_address_changed_cb",
-    "connection_get_profile_iterator",        "connection_profile_iterator_next",
-    "connection_profile_get_type",            "connection_profile_get_state",
-    "connection_get_mac_address",             "connection_profile_get_ip_address",
-    "connection_profile_get_prefix_length",   "connection_profile_get_gateway_address",
-    "connection_profile_get_dns_address",     "connection_profile_set_ip_config_type",
-    "connection_profile_set_dns_config_type", "connection_profile_set_ip_address",
-    "connection_profile_set_prefix_length",   "connection_profile_set_gateway_address",
-    "connection_profile_set_dns_address",     "connection_update_profile",
+    "connection_set_ip_address_changed_cb",
+    "connection_unset_ip_address_changed_cb",
+    "connection_get_profile_iterator",
+    "connection_profile_iterator_next",
+    "connection_profile_get_type",
+    "connection_profile_get_state",
+    "connection_get_mac_address",
+    "connection_profile_get_ip_address",
+    "connection_profile_get_prefix_length",
+    "connection_profile_get_gateway_address",
+    "connection_profile_get_dns_address",
+    "connection_profile_set_ip_config_type",
+    "connection_profile_set_dns_config_type",
+    "connection_profile_set_ip_address",
+    "connection_profile_set_prefix_length",
+    "connection_profile_set_gateway_address",
+    "connection_profile_set_dns_address",
+    "connection_update_profile",
 };
 
 TEST(Settings, EveryCallMayFail) {
