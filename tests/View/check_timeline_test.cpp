@@ -78,7 +78,9 @@ TEST(CheckTimeline, ShowsItsFramesAndEndsOnTheRightTick) {
             EXPECT_EQ(running.empty() ? pictureIn(dump, kVerdictPart) : running, line.pictures[tick - 1])
                 << line.what << ", tick " << tick;
             EXPECT_EQ(textIn(dump, kMessagePart), last ? line.message : kChecking) << line.what << ", tick " << tick;
-            if (!last) EXPECT_EQ(focusIn(dump), "Cancel") << line.what << ", tick " << tick;
+            if (!last) {
+                EXPECT_EQ(focusIn(dump), "Cancel") << line.what << ", tick " << tick;
+            }
         }
         EXPECT_EQ(focusIn(run.dump("end.json")), "Close") << line.what;
     }
