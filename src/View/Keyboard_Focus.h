@@ -1,0 +1,20 @@
+// Where the arrow keys go on the keyboard, and which key has the focus when nothing else does.
+#pragma once
+
+#include <Evas.h>
+
+struct custKeyboard;
+
+// Links the keys: rings in the two upper rows, fixed ways between the rows.
+void set_focus_chain_KeyBoardButtons(custKeyboard* keyboard);
+// Puts the keys into the grid.
+void populate_FocusHandler(custKeyboard* keyboard);
+// Makes each key in the grid its own neighbour on all sides.
+void set_Single_focus_chain(custKeyboard* keyboard);
+
+// "focus in" callback of a key, data is the keyboard: the key to come back to.
+void noteFocusedKey(void* data, Evas* canvas, Evas_Object* button, void* event);
+// Gives the focus to the key that had it last, or to Done.
+void focusLastKey(const custKeyboard& keyboard);
+// No key has had the focus yet.
+void forgetFocusedKey();
