@@ -96,7 +96,6 @@ void IME_Password_Main(Evas_Object* parent, const char* selectedItem, const char
         LOG_DEBUG("Keyboard Object Creation Got Failed\n");
         return;
     }
-    forgetFocusedKey();
     addPopups(*keyboard, parent);
     // Without its popups there is nothing that could be shown, nor closed again.
     if (!keyboard->IME_Password_bg) return delCustKeyboard();
@@ -127,6 +126,7 @@ void custKeyboardDeInit(custKeyboard* keyboard) {
         if (keyboard->mV6_buttons[key]) LOG_DEBUG("deleted button number:: mV6_buttons[%d]\n", key);
     }
     forgetKeys(*keyboard);
+    forgetFocusedKey();
     deleteObject(keyboard->popup);
     keyboard->deinit = nullptr;
     keyboard->init = nullptr;

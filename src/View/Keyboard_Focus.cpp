@@ -2,15 +2,21 @@
 
 #include <Elementary.h>
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
+#include "Common/Common_Function.h"
 #include "Common/Log.h"
 #include "View/Custom_IPv6_Keyboard.h"
+#include "View/Keyboard_Idle.h"
 #include "View/Keyboard_Keys.h"
+#include "View/Keyboard_Popups.h"
 
 namespace {
 
 constinit int lastKey = kKeyDone;
+constinit Ecore_Job* focusCheck = nullptr;
 
 // A key's neighbours.
 struct Links {
@@ -68,6 +74,17 @@ constexpr Pass kPasses[] = {
     {kKey1, kKeyBackspace, kDown}, {kKeyA, kKeyDeleteAll, kUp},   {kKeyDone, kKeyDone, kUp},
 };
 
+bool isOnKeys(const custKeyboard& keyboard, const Evas_Object* focused) {
+    return focused && std::ranges::find(keyboard.mV6_buttons, focused) != std::end(keyboard.mV6_buttons);
+}
+
+void checkFocus(void* data) {
+    focusCheck = nullptr;
+    const auto& keyboard = *static_cast<const custKeyboard*>(data);
+    if (hasSmallPopup(keyboard) || isOnKeys(keyboard, elm_object_focused_object_get(keyboard.popup))) return;
+    focusLastKey(keyboard);
+}
+
 bool isMissing(const custKeyboard* keyboard) {
     if (keyboard) return false;
     LOG_DEBUG("NULL Argument cCustKeyboard of * to  sCustKeyboard\n");
@@ -121,13 +138,20 @@ void set_Single_focus_chain(custKeyboard* keyboard) {
     }
 }
 
-void noteFocusedKey(void* data, Evas* /*canvas*/, Evas_Object* button, void* /*event*/) {
+void noteFocusedKey(void* data, Evas_Object* button, void* /*event*/) {
+    Reset_Time_Flag();
+    resetFlag();
     const auto& keyboard = *static_cast<const custKeyboard*>(data);
     // The focus strays while a small popup switches the keys off.
-    if (keyboard.popupMessage || keyboard.cancelPopupMsg) return;
+    if (hasSmallPopup(keyboard)) return;
     for (int key = 0; key < kKeyCount; ++key) {
         if (keyboard.mV6_buttons[key] == button) lastKey = key;
     }
+}
+
+void keepFocusOnKeys(void* data, Evas_Object* button, void* /*event*/) {
+    // A window without the focus gives it back to the key by itself.
+    if (!focusCheck && evas_focus_state_get(evas_object_evas_get(button))) focusCheck = ecore_job_add(checkFocus, data);
 }
 
 void focusLastKey(const custKeyboard& keyboard) {
@@ -137,4 +161,6 @@ void focusLastKey(const custKeyboard& keyboard) {
 
 void forgetFocusedKey() {
     lastKey = kKeyDone;
+    if (focusCheck) ecore_job_del(focusCheck);
+    focusCheck = nullptr;
 }

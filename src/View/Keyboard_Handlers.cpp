@@ -80,7 +80,7 @@ void appendString_cb(void* data, Evas_Object* button, void* event) {
     if (character == '\0') return;
     const FocusPause pause(button);
     const EditedText edited = insertCharacter(text, entryCursor(keyboard->en), character);
-    LOG_DEBUG(edited.text.size() > text.size() + 1 ? "colon added\n" : "No colon added\n");
+    LOG_DEBUG("%s\n", edited.text.size() > text.size() + 1 ? "colon added" : "No colon added");
     showInEntry(keyboard->en, edited);
 }
 

@@ -6,6 +6,7 @@
 
 #include "Common/Common_Function.h"
 #include "Common/Log.h"
+#include "Common/Outside_Text.h"
 #include "Common/Resources.h"
 #include "View/Custom_IPv6_Keyboard.h"
 #include "View/IPSingleton.h"
@@ -119,7 +120,8 @@ void addKey(custKeyboard& keyboard, const Key& key) {
         return;
     }
     styleKey(button, key);
-    elm_object_text_set(button, key.label.isTextId ? localised(key.label.text) : key.label.text);
+    // A label such as "<" would be read as markup.
+    setOutsideText(button, nullptr, key.label.isTextId ? localised(key.label.text) : key.label.text);
     evas_object_size_hint_weight_set(button, EVAS_HINT_EXPAND, 0.0);
     elm_object_part_content_set(keyboard.IME_Password_bg, key.part, button);
     setClickable(button, key, keyboard, true);
@@ -135,7 +137,8 @@ void readyKey(custKeyboard& keyboard, const Key& key) {
         evas_object_event_callback_add(button, EVAS_CALLBACK_KEY_DOWN, noticed, nullptr);
         evas_object_event_callback_add(button, EVAS_CALLBACK_FOCUS_IN, noticed, nullptr);
     }
-    evas_object_event_callback_add(button, EVAS_CALLBACK_FOCUS_IN, noteFocusedKey, &keyboard);
+    evas_object_smart_callback_add(button, "focused", noteFocusedKey, &keyboard);
+    evas_object_smart_callback_add(button, "unfocused", keepFocusOnKeys, &keyboard);
     elm_object_focus_allow_set(button, EINA_TRUE);
     elm_object_signal_emit(button, "elm,action,focus", "elm");
     elm_object_signal_emit(button, "elm,action,unfocus", "elm");
