@@ -96,6 +96,7 @@ void IME_Password_Main(Evas_Object* parent, const char* selectedItem, const char
         LOG_DEBUG("Keyboard Object Creation Got Failed\n");
         return;
     }
+    focusStatusBelow();
     addPopups(*keyboard, parent);
     // Without its popups there is nothing that could be shown, nor closed again.
     if (!keyboard->IME_Password_bg) return delCustKeyboard();

@@ -12,6 +12,7 @@
 #include "View/Keyboard_Idle.h"
 #include "View/Keyboard_Keys.h"
 #include "View/Keyboard_Popups.h"
+#include "View/NS_Buttons.h"
 
 namespace {
 
@@ -163,4 +164,9 @@ void forgetFocusedKey() {
     lastKey = kKeyDone;
     if (focusCheck) ecore_job_del(focusCheck);
     focusCheck = nullptr;
+}
+
+void focusStatusBelow() {
+    const sNetworkStatus* const status = createNetworkStatus();
+    if (status && status->layout) focusStopButton(*status);
 }

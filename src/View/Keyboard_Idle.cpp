@@ -4,11 +4,10 @@
 
 #include <cstdint>
 
-#include "Common/Common_Function.h"
 #include "Common/Log.h"
 #include "View/Custom_IPv6_Keyboard.h"
 #include "View/IPSingleton.h"
-#include "View/NS_Buttons.h"
+#include "View/Keyboard_Focus.h"
 
 namespace {
 
@@ -16,12 +15,6 @@ constexpr double kKeepAlivePeriod = 90.0;
 
 constinit std::uint8_t change = 0;
 constinit Ecore_Timer* keepAliveTimer = nullptr;
-
-// The settings popup stays hidden: the status layout below hears the close keys and the gadget's own idle time goes on.
-void leaveFocusToStatus() {
-    const sNetworkStatus* const status = createNetworkStatus();
-    if (status && status->layout) focusStopButton(*status);
-}
 
 }  // namespace
 
@@ -44,7 +37,7 @@ Eina_Bool Timer(void* data) {
     if (!keyboard->IME_Password_bg) return ECORE_CALLBACK_RENEW;
     if (change == 0) {
         delCustKeyboard();
-        leaveFocusToStatus();
+        focusStatusBelow();
         return ECORE_CALLBACK_CANCEL;
     }
     change = 0;
