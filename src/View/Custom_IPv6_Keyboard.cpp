@@ -50,6 +50,7 @@ void addPopups(custKeyboard& keyboard, Evas_Object* parent) {
         return;
     }
     elm_object_style_set(keyboard.popup, kOuterStyle);
+    keepPointerFromFocusing(keyboard.popup);
     keyboard.IME_Password_bg = elm_popup_add(keyboard.popup);
     Evas_Object* const inner = keyboard.IME_Password_bg;
     if (!inner) {
@@ -58,6 +59,7 @@ void addPopups(custKeyboard& keyboard, Evas_Object* parent) {
     }
     evas_object_size_hint_weight_set(inner, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
     evas_object_size_hint_align_set(inner, EVAS_HINT_FILL, EVAS_HINT_FILL);
+    keepPointerFromFocusing(inner);
     noticeUse(inner);
     listenToRemoteKeys(keyboard);
     elm_object_style_set(inner, kInnerStyle);

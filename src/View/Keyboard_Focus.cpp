@@ -170,3 +170,8 @@ void focusStatusBelow() {
     const sNetworkStatus* const status = createNetworkStatus();
     if (status && status->layout) focusStopButton(*status);
 }
+
+void keepPointerFromFocusing(Evas_Object* popup) {
+    elm_object_focus_move_policy_automatic_set(popup, EINA_FALSE);
+    elm_object_focus_move_policy_set(popup, ELM_FOCUS_MOVE_POLICY_KEY_ONLY);
+}

@@ -25,3 +25,6 @@ void forgetFocusedKey();
 // Gives the focus to the status screen below the hidden settings popup: it hears the close keys, and the toolkit goes
 // back to it when the keyboard is deleted.
 void focusStatusBelow();
+
+// The pointer over the bare popup must not take the focus from a key.
+void keepPointerFromFocusing(Evas_Object* popup);

@@ -35,6 +35,7 @@ Evas_Object* addSmallPopup(custKeyboard& keyboard, const char* title, const char
     Evas_Object* const popup = elm_popup_add(keyboard.popup);
     if (!popup) return nullptr;
     evas_object_size_hint_weight_set(popup, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
+    keepPointerFromFocusing(popup);
     elm_object_style_set(popup, kSmallPopupStyle);
     elm_object_part_text_set(popup, "title,text", title);
     elm_object_text_set(popup, message);

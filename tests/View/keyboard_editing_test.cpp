@@ -55,15 +55,9 @@ TEST(KeyboardEditing, Insert) {
 
 TEST(KeyboardEditing, Backspace) {
     const Step steps[] = {
-        {"", 0, 0, {"", 0}},
-        {"2001:", 5, 0, {"2001", 4}},
-        {"2001:0db8", 3, 0, {"201:0db8", 2}},
-        {"2001", 0, 0, {"2001", 0}},
-        {"2001", 1, 0, {"001", 0}},
-        {kWhole, 39, 0, {kWhole.substr(0, 38), 38}},
-        {"aéb", 2, 0, {"ab", 1}},
-        {"20", 99, 0, {"2", 1}},
-        {"20", -1, 0, {"20", 0}},
+        {"", 0, 0, {"", 0}},         {"2001:", 5, 0, {"2001", 4}}, {"2001:0db8", 3, 0, {"201:0db8", 2}},
+        {"2001", 0, 0, {"2001", 0}}, {"2001", 1, 0, {"001", 0}},   {kWhole, 39, 0, {kWhole.substr(0, 38), 38}},
+        {"aéb", 2, 0, {"ab", 1}},    {"20", 99, 0, {"2", 1}},      {"20", -1, 0, {"20", 0}},
     };
     for (const Step& step : steps)
         EXPECT_EQ(deleteBeforeCursor(step.text, step.cursor), step.expected) << step.text << " at " << step.cursor;
