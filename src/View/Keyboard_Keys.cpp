@@ -180,6 +180,8 @@ int ipv6_keyboard_mouse_focus_enable_disable(custKeyboard* keyboard, bool enable
         if (!button) continue;
         setClickable(button, key, *keyboard, enable);
         elm_object_focus_allow_set(button, enable);
+        // A key that may not have the focus any more would keep its look.
+        if (!enable) elm_object_signal_emit(button, "elm,action,unfocus", "elm");
     }
     return 0;
 }
