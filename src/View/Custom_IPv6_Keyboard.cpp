@@ -11,6 +11,7 @@
 #include "View/Keyboard_Focus.h"
 #include "View/Keyboard_Idle.h"
 #include "View/Keyboard_Keys.h"
+#include "View/Keyboard_Popups.h"
 #include "View/Keyboard_Remote.h"
 #include "View/Keyboard_Rows.h"
 
@@ -120,9 +121,12 @@ void custKeyboardInit(custKeyboard* keyboard) {
 void custKeyboardDeInit(custKeyboard* keyboard) {
     LOG_SCOPE();
     if (isMissing(keyboard)) return;
-    keyboard->en = nullptr;
+    disconnectSmallPopups(*keyboard);
+    disconnectKeys(*keyboard);
+    disconnectEntry(*keyboard);
     deleteObject(keyboard->cancelPopupMsg);
     deleteObject(keyboard->IME_Password_bg);
+    keyboard->en = nullptr;
     deleteObject(keyboard->popupMessage);
     keyboard->btn1 = nullptr;
     for (int key = 0; key < kKeyCount; ++key) {

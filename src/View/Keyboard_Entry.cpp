@@ -22,10 +22,8 @@ void showCaret(Evas_Object* entry) {
 
 // A click on the entry moves the cursor. The focus stays with the keys: the entry itself would type by rules of its
 // own.
-void leaveFocusToKeys(void* data, Evas_Object* entry, void* /*event*/) {
-    const auto& keyboard = *static_cast<const custKeyboard*>(data);
-    // A keyboard that is being deleted has forgotten its entry.
-    if (keyboard.en == entry) focusLastKey(keyboard);
+void leaveFocusToKeys(void* data, Evas_Object* /*entry*/, void* /*event*/) {
+    focusLastKey(*static_cast<const custKeyboard*>(data));
 }
 
 void keepCaret(void* /*data*/, Evas_Object* entry, void* /*event*/) {
@@ -61,6 +59,10 @@ void addEntry(custKeyboard& keyboard, const char* content) {
     elm_entry_markup_filter_append(entry, elm_entry_filter_limit_size, &limit_filter_data);
     evas_object_smart_callback_add(entry, "focused", leaveFocusToKeys, &keyboard);
     evas_object_smart_callback_add(entry, "unfocused", keepCaret, nullptr);
+}
+
+void disconnectEntry(const custKeyboard& keyboard) {
+    if (keyboard.en) evas_object_smart_callback_del(keyboard.en, "focused", leaveFocusToKeys);
 }
 
 std::string entryText(const Evas_Object* entry) {

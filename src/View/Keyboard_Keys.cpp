@@ -155,6 +155,16 @@ void addClosingKeys(custKeyboard& keyboard) {
     addKey(keyboard, kKeys[kKeyCancel]);
 }
 
+void disconnectKeys(custKeyboard& keyboard) {
+    for (const Key& key : kKeys) {
+        Evas_Object* const button = keyboard.mV6_buttons[key.index];
+        if (!button) continue;
+        setClickable(button, key, keyboard, false);
+        evas_object_smart_callback_del(button, "focused", noteFocusedKey);
+        evas_object_smart_callback_del(button, "unfocused", keepFocusOnKeys);
+    }
+}
+
 void create_IPv6_keyboard_buttons(custKeyboard* keyboard) {
     LOG_SCOPE();
     if (!keyboard) {

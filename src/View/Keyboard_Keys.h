@@ -42,6 +42,9 @@ void addClosingKeys(custKeyboard& keyboard);
 // Makes the keys that are not there yet, and readies all of them.
 void create_IPv6_keyboard_buttons(custKeyboard* keyboard);
 
+// Before the keyboard goes: what is on its way to a key, such as a second click, finds nobody any more.
+void disconnectKeys(custKeyboard& keyboard);
+
 // Switches the keys off under a small popup, and on again. Any number of times in a row is as good as once.
 // 0, or -1 without a keyboard.
 int ipv6_keyboard_mouse_focus_enable_disable(custKeyboard* keyboard, bool enable);

@@ -78,15 +78,6 @@ void openSmallPopup(Evas_Object* popup, Evas_Object* firstButton) {
     elm_object_focus_set(firstButton ? firstButton : popup, EINA_TRUE);
 }
 
-void closeSmallPopup(custKeyboard& keyboard, Evas_Object*& popup, const char* said) {
-    if (!switchKeys(keyboard, true)) return;
-    LOG_DEBUG("Deleting %s\n", said);
-    deleteObject(popup);
-    tint(keyboard, kBright);
-    if (keyboard.popup) evas_object_show(keyboard.popup);
-    focusLastKey(keyboard);
-}
-
 void close_Btn_cb(void* /*data*/, Evas_Object* /*button*/, void* /*event*/) {
     LOG_SCOPE();
     resetFlag();
@@ -98,10 +89,31 @@ constexpr PopupButton kMessageOk{"COM_SID_OK", "button1", _response_cb, "cCustKe
 constexpr PopupButton kDiscard{"COM_SID_OK", "button1", close_Btn_cb, "btn2"};
 constexpr PopupButton kKeepInput{"SID_CANCEL", "button2", _discard_cancleBtn_cb, "btn3"};
 
+void disconnect(const Evas_Object* popup, const PopupButton& kind) {
+    Evas_Object* const button = popup ? elm_object_part_content_get(popup, kind.part) : nullptr;
+    if (button) evas_object_smart_callback_del(button, "clicked", kind.clicked);
+}
+
+void closeSmallPopup(custKeyboard& keyboard, Evas_Object*& popup, const char* said) {
+    if (!switchKeys(keyboard, true)) return;
+    disconnectSmallPopups(keyboard);
+    LOG_DEBUG("Deleting %s\n", said);
+    deleteObject(popup);
+    tint(keyboard, kBright);
+    if (keyboard.popup) evas_object_show(keyboard.popup);
+    focusLastKey(keyboard);
+}
+
 }  // namespace
 
 bool hasSmallPopup(const custKeyboard& keyboard) {
     return keyboard.popupMessage || keyboard.cancelPopupMsg;
+}
+
+void disconnectSmallPopups(const custKeyboard& keyboard) {
+    disconnect(keyboard.popupMessage, kMessageOk);
+    disconnect(keyboard.cancelPopupMsg, kDiscard);
+    disconnect(keyboard.cancelPopupMsg, kKeepInput);
 }
 
 void showPopup(custKeyboard* keyboard, const char* title, const char* message) {

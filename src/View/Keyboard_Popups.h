@@ -9,6 +9,8 @@ struct custKeyboard;
 void showPopup(custKeyboard* keyboard, const char* title, const char* message);
 // Whether one of the two is open.
 bool hasSmallPopup(const custKeyboard& keyboard);
+// Before one of them or the keyboard goes: a second click on its way to a button finds nobody any more.
+void disconnectSmallPopups(const custKeyboard& keyboard);
 
 // "clicked" callbacks, data is the keyboard. The message's OK:
 void _response_cb(void* data, Evas_Object* button, void* event);

@@ -48,6 +48,11 @@ void noteResult(const char* text) {
     lastResult = text ? text : "(discarded)";
 }
 
+void turnLoop() {
+    for (int turn = 0; turn < 20; ++turn)
+        ecore_main_loop_iterate();
+}
+
 class KeyboardCalls : public testing::Test {
   protected:
     void SetUp() override {
@@ -60,8 +65,7 @@ class KeyboardCalls : public testing::Test {
     void TearDown() override {
         delCustKeyboard();
         delIPDataSettingChangeVal();
-        for (int turn = 0; turn < 5; ++turn)
-            ecore_main_loop_iterate();
+        turnLoop();
     }
     void click(int key) const { evas_object_smart_callback_call(keyboard->mV6_buttons[key], "clicked", nullptr); }
     std::string text() const { return entryText(keyboard->en); }
@@ -141,6 +145,40 @@ TEST_F(KeyboardCalls, AWholeTextGoesToTheCaller) {
         click(kKeyDone);
         EXPECT_EQ(lastResult, whole);
     }
+}
+
+// Presses the left button on a widget twice before the main loop sees either.
+void clickTwice(Evas_Object* widget) {
+    Evas* const canvas = evas_object_evas_get(widget);
+    Eina_Rectangle area{};
+    evas_object_geometry_get(widget, &area.x, &area.y, &area.w, &area.h);
+    evas_event_feed_mouse_in(canvas, 0, nullptr);
+    evas_event_feed_mouse_move(canvas, area.x + area.w / 2, area.y + area.h / 2, 0, nullptr);
+    for (int press = 0; press < 2; ++press) {
+        evas_event_feed_mouse_down(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
+        evas_event_feed_mouse_up(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
+    }
+}
+
+TEST_F(KeyboardCalls, TheClickThatClosesMayArriveTwice) {
+    ipDataSettingChangeValObject()->onResult = [](const char* text) {
+        noteResult(text);
+        delCustKeyboard();
+    };
+    turnLoop();
+    clickTwice(keyboard->mV6_buttons[kKeyDone]);
+    turnLoop();
+    EXPECT_EQ(results, 1);
+    EXPECT_FALSE(isKeyboardOpen());
+
+    IME_Password_Main(Toolkit::parent, "Gateway", "fe80::2");
+    keyboard = getCustKeyBoard();
+    _discard_button_cb(keyboard, keyboard->popup, nullptr);
+    turnLoop();
+    clickTwice(elm_object_part_content_get(keyboard->cancelPopupMsg, "button1"));
+    turnLoop();
+    EXPECT_EQ(results, 2);
+    EXPECT_EQ(lastResult, "(discarded)");
 }
 
 TEST_F(KeyboardCalls, OpeningAnewReplacesTheOpenOne) {
