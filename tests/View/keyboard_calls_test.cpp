@@ -129,24 +129,6 @@ TEST_F(KeyboardCalls, OnlyOneSmallPopupAtATime) {
     EXPECT_EQ(shade, 255);
 }
 
-TEST_F(KeyboardCalls, ACursorOutsideTheTextIsMetSafely) {
-    for (const int cursor : {-3, 99}) {
-        showInEntry(keyboard->en, {"fe80::", cursor});
-        click(kKeyA);
-        EXPECT_EQ(text().size(), 7U);
-        click(kKeyBackspace);
-        EXPECT_EQ(text(), "fe80::");
-    }
-}
-
-TEST_F(KeyboardCalls, AWholeTextGoesToTheCaller) {
-    for (const char* whole : {"2001:0db8:0000:0000:0000:0000:0000:0001", "a&<b>", ""}) {
-        showInEntry(keyboard->en, {whole, 0});
-        click(kKeyDone);
-        EXPECT_EQ(lastResult, whole);
-    }
-}
-
 // Presses the left button on a widget twice before the main loop sees either.
 void clickTwice(Evas_Object* widget) {
     Evas* const canvas = evas_object_evas_get(widget);
@@ -218,16 +200,6 @@ TEST_F(KeyboardCalls, IncompleteCallsChangeNothing) {
     EXPECT_FALSE(hasSmallPopup(*keyboard));
     EXPECT_EQ(text(), "fe80::1");
     EXPECT_EQ(entryCursor(keyboard->en), 7);
-}
-
-TEST_F(KeyboardCalls, DeletingItsRecordLeavesNothing) {
-    custKeyboardDeInit(keyboard);
-    for (Evas_Object* const field : {keyboard->popup, keyboard->IME_Password_bg, keyboard->en, keyboard->mV6_buttons[0],
-                                     keyboard->focusGrid[2][1]}) {
-        EXPECT_EQ(field, nullptr);
-    }
-    EXPECT_EQ(keyboard->deinit, nullptr);
-    custKeyboardDeInit(keyboard);
 }
 
 }  // namespace
