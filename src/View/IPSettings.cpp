@@ -41,11 +41,16 @@ void closeScreen(const sIPSetting& settings) {
     forgetConnHandler();
 }
 
+void focusBelow() {
+    const sNetworkStatus* const status = createNetworkStatus();
+    if (status && status->layout) focusStopButton(*status);
+}
+
 // A popup that goes hands the focus back to whom it took it from; that may be after the status screen has given it to
 // its button.
 void focusStatusScreen(void* /*data*/) {
     refocus = nullptr;
-    if (const sNetworkStatus* status = createNetworkStatus()) focusStopButton(*status);
+    focusBelow();
 }
 
 void focusStatusScreenLater() {
@@ -226,7 +231,9 @@ void showKeyboardPopup() {
     }
 }
 
+// The toolkit remembers who had the focus before a popup: not a row, which may be drawn anew meanwhile.
 void openEditor(sIPSetting& settings) {
+    focusBelow();
     switch (settingsRowEditor(settings.currentItem)) {
         case RowEditor::kMode:
             LOG_DEBUG("Show IP/DNS Config Type Popup\n");

@@ -78,7 +78,7 @@ void closeModePopup() {
     undimSettingsPopup();
     settings->typeList = nullptr;
     deleteLater(std::exchange(settings->typePopup, nullptr));
-    focusRows(*settings);
+    focusRowsLater();
 }
 
 void genlist_item_activated_cb(void* /*data*/, Evas_Object* /*list*/, void* /*item*/) {
@@ -203,7 +203,7 @@ Evas_Event_Key_Down* ipCheckNumPad(Evas_Event_Key_Down* event) {
 
 void closePrefixPopup() {
     if (const sipSettingChangeVal* editor = ipSettingChangeValObject()) editor->destroy();
-    if (isSettingsOpen()) focusRows(*getObject());
+    focusRowsLater();
 }
 
 void clearNumber() {

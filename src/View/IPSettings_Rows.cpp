@@ -155,6 +155,13 @@ void focusRows(const sIPSetting& settings) {
     if (item) elm_object_item_focus_set(item, EINA_TRUE);
 }
 
+void focusRowsLater() {
+    const auto focus = [](void*) {
+        if (isSettingsOpen() && !isKeyboardOpen()) focusRows(*getObject());
+    };
+    ecore_job_add(focus, nullptr);
+}
+
 void fillBtnData(sIPSetting* settings, const char* value) {
     LOG_SCOPE();
     if (!settings) return;

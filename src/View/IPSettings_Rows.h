@@ -33,3 +33,5 @@ Elm_Object_Item* nextEnabledRow(const Elm_Object_Item* from, bool down);
 void redrawRows(const sIPSetting& settings);
 // Gives the focus to the list: on the row last selected, at first on the first one.
 void focusRows(const sIPSetting& settings);
+// The same when the popup that is being closed has gone, for as long as the screen is there.
+void focusRowsLater();

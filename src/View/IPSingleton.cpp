@@ -117,8 +117,11 @@ sipSettingChangeVal* openPrefixPopup() {
     return sipSettingChangeValobj;
 }
 
+// The small popups go at once, before what they would give the focus back to.
 void closeEditors() {
     delCustKeyboard();
+    if (sIPSettingObj) deleteObject(sIPSettingObj->typePopup);
+    if (sipSettingChangeValobj) deleteObject(sipSettingChangeValobj->popup);
     if (sipSettingChangeValobj) delIPSettingChangeVal();
     if (sipDataSettingChangeValobj) delIPDataSettingChangeVal();
 }

@@ -62,9 +62,9 @@ std::vector<std::string> callsFrom(const std::string& log, const std::string& fi
 }
 
 TEST(Closing, TearsDownInOrder) {
-    const std::vector<std::string> kWired{"_on_destroy",        "_clear_Timers",     "DestroyIPSettings",
-                                          "freeGlobalIPInfo",   "deregister_client", "createNetworkStatus",
-                                          "freeSNetworkStatus", "UG_MODULE_EXIT",    "freeSNetworkStatus"};
+    const std::vector<std::string> kWired{
+        "_on_destroy",       "_clear_Timers",       "DestroyIPSettings",  "destroyIPSettings", "freeGlobalIPInfo",
+        "deregister_client", "createNetworkStatus", "freeSNetworkStatus", "UG_MODULE_EXIT",    "freeSNetworkStatus"};
     for (const char* moment : {"wait 0.2\n", "wait 3.7\n", "wait 4.2\n", "wait 8\n"}) {
         const HostRun run({.network = scenario("success"),
                            .script = std::string(moment) + "key XF86Close\nexpect closed within 1\n",

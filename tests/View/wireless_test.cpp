@@ -59,7 +59,7 @@ const Timeline kTimelines[] = {
 TEST(WirelessTimeline, ShowsItsFramesAndEndsOnTheRightTick) {
     for (const Timeline& line : kTimelines) {
         const int ticks = static_cast<int>(line.frames.size()) + 1;
-        const HostRun run(wireless(line.network, line.before + dumpTicks(ticks) + "quit\n"));
+        const HostRun run(wireless(line.network, line.before + dumpTicks(ticks) + "wait 0.1\ndump end.json\nquit\n"));
         ASSERT_TRUE(run.succeeded()) << line.what << '\n' << run;
         for (int tick = 1; tick < ticks; ++tick) {
             const nlohmann::json dump = run.dump("tick" + std::to_string(tick) + ".json");
@@ -69,7 +69,7 @@ TEST(WirelessTimeline, ShowsItsFramesAndEndsOnTheRightTick) {
         }
         const nlohmann::json end = run.dump("tick" + std::to_string(ticks) + ".json");
         EXPECT_EQ(textIn(end, kMessagePart), line.message) << line.what;
-        EXPECT_EQ(focusIn(end), "Close") << line.what;
+        EXPECT_EQ(focusIn(run.dump("end.json")), "Close") << line.what;
     }
 }
 

@@ -34,7 +34,7 @@ constexpr std::string_view kHarmless = "Could not fetch a node located at";
 
 // Errors and worse from the toolkit's own files, in its own form and in that of our log.
 const std::regex& toolkitComplaint() {
-    static const std::regex pattern(R"(^((ERR|CRI)<\d+>:|[\d:.]+ [EFC] \S+ \.\./src/))");
+    static const std::regex pattern(R"(^((ERR|CRI)<\d+>:|[\d:.]+ [EFC] \S+ (\.\./)?src/))");
     return pattern;
 }
 
