@@ -3,6 +3,8 @@
 #include <Elementary.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 #include <sstream>
 #include <string_view>
 #include <vector>
@@ -15,6 +17,10 @@ namespace {
 
 using host::screen::Part;
 using nlohmann::json;
+
+struct Free {
+    void operator()(char* text) const { std::free(text); }
+};
 
 // A list's item as it is drawn; scrolled-out items have no view.
 struct ItemView {
@@ -62,7 +68,13 @@ bool flag(Eina_Bool value) {
     return value != EINA_FALSE;
 }
 
+json entryContent(const Evas_Object* entry) {
+    const std::unique_ptr<char, Free> text(elm_entry_markup_to_utf8(elm_entry_entry_get(entry)));
+    return {{"entry", text ? text.get() : ""}, {"cursor", elm_entry_cursor_pos_get(entry)}};
+}
+
 json partContent(const Part& part) {
+    if (host::screen::isType(part.object, "elm_entry")) return entryContent(part.object);
     if (part.text) return {{"text", host::screen::seenText(part.object)}};
     if (host::screen::isType(part.object, "elm_button")) return {{"button", host::screen::label(part.object)}};
     const bool isPicture = host::screen::isType(part.object, "elm_image") ||

@@ -11,7 +11,7 @@ namespace host::screen {
 /**
  * Everything a viewer sees.
  * {"time": seconds, "gadget": "open" or "closed", "focus": {"label", "part"} or null,
- *  "parts": {full part name: {"text"} or {"picture"} or {"button"} or {"widget"}},
+ *  "parts": {full part name: {"text"} or {"picture"} or {"button"} or {"entry", "cursor"} or {"widget"}},
  *  "buttons": [{"label", "part", "style", "focused", "disabled", "geometry": [x, y, w, h]}],
  *  "rows": [{"text": {part: text}, "focused", "disabled", "selected"}],
  *  "popups": [{"style", "texts": [...]}]}, popups in stacking order, the rest from back to front.

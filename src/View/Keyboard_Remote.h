@@ -1,0 +1,12 @@
+// The remote control's keys on the keyboard and on its small popups.
+#pragma once
+
+#include <Evas.h>
+
+struct custKeyboard;
+
+// Lets the keyboard hear the remote control: characters, colon and Backspace type, the others close.
+void listenToRemoteKeys(custKeyboard& keyboard);
+
+// Key-down handler of the small popups, data is the keyboard.
+void ProcessRemoteKeysOnPopup(void* data, Evas* canvas, Evas_Object* object, void* event);

@@ -1,0 +1,205 @@
+// The keyboard's functions called directly, on a canvas in memory: what no script can bring about.
+#include <Elementary.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "View/Custom_IPv6_Keyboard.h"
+#include "View/IPSingleton.h"
+#include "View/Keyboard_Entry.h"
+#include "View/Keyboard_Focus.h"
+#include "View/Keyboard_Handlers.h"
+#include "View/Keyboard_Idle.h"
+#include "View/Keyboard_Keys.h"
+#include "View/Keyboard_Popups.h"
+#include "View/Keyboard_Remote.h"
+#include "View/NS_Main.h"
+
+namespace {
+
+// The toolkit once for all tests, with a popup to put the keyboard on.
+class Toolkit : public testing::Environment {
+  public:
+    void SetUp() override {
+        for (const char* name : {"ELM_DISPLAY", "ELM_ENGINE"})
+            setenv(name, "buffer", 1);
+        ecore_app_no_system_modules();
+        efreet_cache_disable();
+        elm_init(0, nullptr);
+        elm_policy_set(ELM_POLICY_QUIT, ELM_POLICY_QUIT_NONE);
+        Evas_Object* const window = elm_win_add(nullptr, "keyboard", ELM_WIN_BASIC);
+        evas_object_resize(window, 1920, 1080);
+        evas_object_show(window);
+        addThemeExtension();
+        parent = elm_popup_add(window);
+        elm_object_style_set(parent, "C_PopupBasic_WhiteBottomLarge");
+    }
+    void TearDown() override { elm_shutdown(); }
+
+    static inline Evas_Object* parent = nullptr;
+};
+const auto* const kToolkit = testing::AddGlobalTestEnvironment(new Toolkit);
+
+int results = 0;
+std::string lastResult;
+
+void noteResult(const char* text) {
+    ++results;
+    lastResult = text ? text : "(discarded)";
+}
+
+void turnLoop() {
+    for (int turn = 0; turn < 20; ++turn)
+        ecore_main_loop_iterate();
+}
+
+class KeyboardCalls : public testing::Test {
+  protected:
+    void SetUp() override {
+        results = 0;
+        ipDataSettingChangeValObject()->onResult = noteResult;
+        IME_Password_Main(Toolkit::parent, "Gateway", "fe80::1");
+        ASSERT_TRUE(isKeyboardOpen());
+        keyboard = getCustKeyBoard();
+    }
+    void TearDown() override {
+        delCustKeyboard();
+        delIPDataSettingChangeVal();
+        turnLoop();
+    }
+    void click(int key) const { evas_object_smart_callback_call(keyboard->mV6_buttons[key], "clicked", nullptr); }
+    std::string text() const { return entryText(keyboard->en); }
+
+    custKeyboard* keyboard = nullptr;
+};
+
+TEST_F(KeyboardCalls, AnUnusedKeyboardClosesAtTheSecondTick) {
+    resetFlag();
+    EXPECT_EQ(Timer(keyboard), ECORE_CALLBACK_RENEW);
+    click(kKey1);
+    EXPECT_EQ(Timer(keyboard), ECORE_CALLBACK_RENEW) << "a key was used";
+    resetFlag_OnMouseClick(nullptr, nullptr, nullptr);
+    EXPECT_EQ(Timer(keyboard), ECORE_CALLBACK_RENEW);
+    EXPECT_EQ(Timer(keyboard), ECORE_CALLBACK_CANCEL);
+    EXPECT_FALSE(isKeyboardOpen());
+    EXPECT_EQ(results, 0) << "nobody is told";
+    custKeyboard unbuilt{};
+    EXPECT_EQ(Timer(&unbuilt), ECORE_CALLBACK_RENEW);
+}
+
+TEST_F(KeyboardCalls, SwitchingIsTheSameHoweverOften) {
+    for (const int times : {1, 2, 3}) {
+        for (int i = 0; i < times; ++i)
+            EXPECT_EQ(ipv6_keyboard_mouse_focus_enable_disable(keyboard, false), 0);
+        click(kKey7);
+        click(kKeyDone);
+        EXPECT_EQ(text(), "fe80::1") << "switched off " << times;
+        for (int i = 0; i < times; ++i)
+            EXPECT_EQ(ipv6_keyboard_mouse_focus_enable_disable(keyboard, true), 0);
+        click(kKey7);
+        EXPECT_EQ(text(), "fe80::17") << "switched on " << times;
+        click(kKeyBackspace);
+    }
+    EXPECT_EQ(results, 0);
+    click(kKeyDone);
+    EXPECT_EQ(results, 1);
+    EXPECT_EQ(lastResult, "fe80::1");
+}
+
+TEST_F(KeyboardCalls, OnlyOneSmallPopupAtATime) {
+    showPopup(keyboard, "title", "message");
+    Evas_Object* const message = keyboard->popupMessage;
+    ASSERT_NE(message, nullptr);
+    showPopup(keyboard, "title", "another");
+    click(kKeyCancel);
+    _discard_button_cb(keyboard, keyboard->popup, nullptr);
+    EXPECT_EQ(keyboard->popupMessage, message);
+    EXPECT_EQ(keyboard->cancelPopupMsg, nullptr);
+    _response_cb(keyboard, nullptr, nullptr);
+    _response_cb(keyboard, nullptr, nullptr);
+    EXPECT_FALSE(hasSmallPopup(*keyboard));
+    _discard_button_cb(keyboard, keyboard->popup, nullptr);
+    showPopup(keyboard, "title", "message");
+    EXPECT_EQ(keyboard->popupMessage, nullptr);
+    int shade = 0;
+    evas_object_color_get(keyboard->popup, &shade, nullptr, nullptr, nullptr);
+    EXPECT_EQ(shade, 164);
+    _discard_cancleBtn_cb(keyboard, nullptr, nullptr);
+    evas_object_color_get(keyboard->popup, &shade, nullptr, nullptr, nullptr);
+    EXPECT_EQ(shade, 255);
+}
+
+// Presses the left button on a widget twice before the main loop sees either.
+void clickTwice(Evas_Object* widget) {
+    Evas* const canvas = evas_object_evas_get(widget);
+    Eina_Rectangle area{};
+    evas_object_geometry_get(widget, &area.x, &area.y, &area.w, &area.h);
+    evas_event_feed_mouse_in(canvas, 0, nullptr);
+    evas_event_feed_mouse_move(canvas, area.x + area.w / 2, area.y + area.h / 2, 0, nullptr);
+    for (int press = 0; press < 2; ++press) {
+        evas_event_feed_mouse_down(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
+        evas_event_feed_mouse_up(canvas, 1, EVAS_BUTTON_NONE, 0, nullptr);
+    }
+}
+
+TEST_F(KeyboardCalls, TheClickThatClosesMayArriveTwice) {
+    ipDataSettingChangeValObject()->onResult = [](const char* text) {
+        noteResult(text);
+        delCustKeyboard();
+    };
+    turnLoop();
+    clickTwice(keyboard->mV6_buttons[kKeyDone]);
+    turnLoop();
+    EXPECT_EQ(results, 1);
+    EXPECT_FALSE(isKeyboardOpen());
+
+    IME_Password_Main(Toolkit::parent, "Gateway", "fe80::2");
+    keyboard = getCustKeyBoard();
+    _discard_button_cb(keyboard, keyboard->popup, nullptr);
+    turnLoop();
+    clickTwice(elm_object_part_content_get(keyboard->cancelPopupMsg, "button1"));
+    turnLoop();
+    EXPECT_EQ(results, 2);
+    EXPECT_EQ(lastResult, "(discarded)");
+}
+
+TEST_F(KeyboardCalls, OpeningAnewReplacesTheOpenOne) {
+    IME_Password_Main(Toolkit::parent, "no such row", nullptr);
+    ASSERT_TRUE(isKeyboardOpen());
+    keyboard = getCustKeyBoard();
+    EXPECT_EQ(text(), "");
+    const char* const prompt = elm_object_part_text_get(keyboard->IME_Password_bg, "elm.v6.subheading");
+    EXPECT_TRUE(!prompt || !*prompt) << prompt;
+}
+
+TEST_F(KeyboardCalls, IncompleteCallsChangeNothing) {
+    Evas_Object* const button = keyboard->mV6_buttons[kKeyBackspace];
+    for (const auto handler : {back_Btn_cb, deleteAll_Btn_cb, cursorLeft_cb, cursorRight_cb}) {
+        handler(nullptr, button, nullptr);
+        handler(keyboard, nullptr, nullptr);
+    }
+    appendString_cb(nullptr, button, nullptr);
+    appendString_cb(keyboard, nullptr, nullptr);
+    Evas_Event_Key_Down nameless{};
+    ProcessRemoteKeysOnPopup(keyboard, nullptr, keyboard->popup, nullptr);
+    ProcessRemoteKeysOnPopup(keyboard, nullptr, keyboard->popup, &nameless);
+    ProcessRemoteKeysOnPopup(nullptr, nullptr, keyboard->popup, &nameless);
+    showPopup(nullptr, "title", "message");
+    showPopup(keyboard, nullptr, "message");
+    showPopup(keyboard, "title", nullptr);
+    _discard_button_cb(keyboard, nullptr, nullptr);
+    _discard_button_cb(nullptr, button, nullptr);
+    _discard_cancleBtn_cb(nullptr, nullptr, nullptr);
+    _response_cb(nullptr, nullptr, nullptr);
+    for (const auto call : {custKeyboardInit, custKeyboardDeInit, create_IPv6_keyboard_buttons, populate_FocusHandler,
+                            set_Single_focus_chain, set_focus_chain_KeyBoardButtons}) {
+        call(nullptr);
+    }
+    EXPECT_EQ(ipv6_keyboard_mouse_focus_enable_disable(nullptr, true), -1);
+    EXPECT_EQ(Timer(nullptr), ECORE_CALLBACK_CANCEL);
+    EXPECT_FALSE(hasSmallPopup(*keyboard));
+    EXPECT_EQ(text(), "fe80::1");
+    EXPECT_EQ(entryCursor(keyboard->en), 7);
+}
+
+}  // namespace
