@@ -77,15 +77,16 @@ int Radio::connect(NMClient* client, const std::string& id, const std::string& p
         answer(result);
     };
     question = connectWifi(client, found.device, found.accessPoint, passphrase, std::move(told));
+    attempting_ = question.get();
     return CONNECTION_ERROR_NONE;
 }
 
-int Radio::disconnect(NMClient* client, const std::string& id, Answer answer,
-                      std::unique_ptr<Question>& question) const {
+int Radio::disconnect(NMClient* client, const std::string& id, Answer answer, std::unique_ptr<Question>& question) {
     Found found;
     if (const int error = find(client, id, found); error != CONNECTION_ERROR_NONE) return error;
     const bool isAttempted = !attempt_.expired() && attempted_ == id;
     if (!isAttempted && !isCurrent(found)) return CONNECTION_ERROR_NO_CONNECTION;
+    if (isAttempted) abortConnecting(*attempting_);
     question = disconnectWifi(client, found.device, std::move(answer));
     return CONNECTION_ERROR_NONE;
 }

@@ -22,7 +22,7 @@ class Radio {
     int connectedAccessPoint(NMClient* client, std::string& id) const;
     int connect(NMClient* client, const std::string& id, const std::string& passphrase, Answer answer,
                 std::unique_ptr<Question>& question);
-    int disconnect(NMClient* client, const std::string& id, Answer answer, std::unique_ptr<Question>& question) const;
+    int disconnect(NMClient* client, const std::string& id, Answer answer, std::unique_ptr<Question>& question);
     int scan(NMClient* client, Answer answer, std::unique_ptr<Question>& question) const;
     int askGateway(NMClient* client, const std::string& id, Answer answer, std::unique_ptr<Question>& question) const;
     int askOnline(NMClient* client, const std::string& url, Answer answer, std::unique_ptr<Question>& question) const;
@@ -30,8 +30,9 @@ class Radio {
 
   private:
     ProfileStore& store_;
-    std::weak_ptr<bool> attempt_;  // alive while a connection is waited for
-    std::string attempted_;        // to which access point
+    std::weak_ptr<bool> attempt_;     // alive while a connection is waited for
+    std::string attempted_;           // to which access point
+    Question* attempting_ = nullptr;  // valid as long as the attempt
 };
 
 }  // namespace network

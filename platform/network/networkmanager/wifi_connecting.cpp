@@ -86,6 +86,15 @@ class Connecting final : public RadioRequest {
         replacePassphrase(security, passphrase);
     }
 
+    // An activation that the daemon has not told of yet is ended when it does.
+    void abort() {
+        isAborted_ = true;
+        if (active_ == nullptr || isFinished()) return;
+        settle_.stop();
+        timeOut();
+        finishLater(CONNECTION_ERROR_OPERATION_ABORTED);
+    }
+
   private:
     void connectAnew(int security, const std::string& passphrase) {
         if (security == WIFI_SECURITY_EAP) return finishLater(WIFI_ERROR_SECURITY_RESTRICTED);
@@ -137,6 +146,7 @@ class Connecting final : public RadioRequest {
         signals_.add(active_.get(), "notify::" NM_ACTIVE_CONNECTION_STATE, look, this);
         signals_.add(device_.get(), "notify::" NM_DEVICE_STATE, look, this);
         signals_.add(device_.get(), "notify::" NM_DEVICE_ACTIVE_CONNECTION, look, this);
+        if (isAborted_) return abort();
         this->look();
     }
 
@@ -164,6 +174,7 @@ class Connecting final : public RadioRequest {
         finishLater(resultOf(nm_device_get_state_reason(device_.get())));
     }
 
+    // Ends the activation, too.
     void timeOut() override {
         if (active_ != nullptr) {
             nm_client_deactivate_connection_async(client_.get(), active_.get(), nullptr, nullptr, nullptr);
@@ -182,6 +193,7 @@ class Connecting final : public RadioRequest {
     Object<NMRemoteConnection> profile_;
     Object<NMActiveConnection> active_;
     bool isNew_ = false;
+    bool isAborted_ = false;
     bool wasCurrent_ = false;
     Timer settle_;
 };
@@ -193,6 +205,10 @@ std::unique_ptr<Question> connectWifi(NMClient* client, NMDeviceWifi* device, NM
     auto request = std::make_unique<Connecting>(client, device, accessPoint, std::move(answer));
     request->start(accessPoint, passphrase);
     return request;
+}
+
+void abortConnecting(Question& connecting) {
+    static_cast<Connecting&>(connecting).abort();
 }
 
 }  // namespace network

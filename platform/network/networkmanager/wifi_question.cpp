@@ -18,7 +18,6 @@ class Disconnecting final : public RadioRequest {
         if (active == nullptr) return finishLater(CONNECTION_ERROR_NONE);
         active_.reset(NM_ACTIVE_CONNECTION(g_object_ref(active)));
         const auto look = [](gpointer self) { static_cast<Disconnecting*>(self)->look(); };
-        signals_.add(active, "notify::" NM_ACTIVE_CONNECTION_STATE, look, this);
         signals_.add(device_.get(), "notify::" NM_DEVICE_ACTIVE_CONNECTION, look, this);
         nm_client_deactivate_connection_async(client, active, cancellable_.get(), &Disconnecting::onAsked, weak());
     }
@@ -32,10 +31,9 @@ class Disconnecting final : public RadioRequest {
         g_clear_error(&failure);
     }
 
+    // The device lets go of its access point before it lets go of the activation.
     void look() {
-        const bool over = nm_active_connection_get_state(active_.get()) == NM_ACTIVE_CONNECTION_STATE_DEACTIVATED ||
-                          nm_device_get_active_connection(device_.get()) != active_.get();
-        if (over) finishLater(CONNECTION_ERROR_NONE);
+        if (nm_device_get_active_connection(device_.get()) != active_.get()) finishLater(CONNECTION_ERROR_NONE);
     }
 
     Object<NMActiveConnection> active_;

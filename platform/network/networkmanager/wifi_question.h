@@ -20,6 +20,9 @@ namespace network {
 std::unique_ptr<Question> connectWifi(NMClient* client, NMDeviceWifi* device, NMAccessPoint* accessPoint,
                                       const std::string& passphrase, Answer answer);
 
+// Ends a request of connectWifi that has no answer yet: it answers OPERATION_ABORTED.
+void abortConnecting(Question& connecting);
+
 // Ends the device's activation. Answers NONE once it has ended, NO_REPLY after 10 s, or why it was refused.
 std::unique_ptr<Question> disconnectWifi(NMClient* client, NMDeviceWifi* device, Answer answer);
 
