@@ -33,6 +33,7 @@ constexpr NamedError kErrors[] = {
     {"Settings.InvalidConnection", kRefused},
     {"Settings.ReadOnlyConnection", kReadOnly},
     {"Device.NotActive", kGone},
+    {"Device.SpecificObjectNotFound", kGone},
     {"Device.IncompatibleConnection", kRefused},
     {"Connection.InvalidProperty", kRefused},
     {"Connection.MissingProperty", kRefused},

@@ -90,8 +90,8 @@ std::string interfaceOf(NMDevice* device) {
 
 std::optional<Neighbour> gatewayOf(NMActiveConnection* active) {
     if (active == nullptr) return std::nullopt;
-    NMIPConfig* config = active == nullptr ? nullptr : nm_active_connection_get_ip6_config(active);
-    NMDevice* device = active == nullptr ? nullptr : deviceOf(active);
+    NMIPConfig* config = nm_active_connection_get_ip6_config(active);
+    NMDevice* device = deviceOf(active);
     if (config == nullptr || device == nullptr) return std::nullopt;
     Neighbour gateway;
     gateway.interfaceIndex = if_nametoindex(interfaceOf(device).c_str());

@@ -80,12 +80,7 @@ class NetworkManagerBackend final : public Backend {
         Profile asked;
         if (const int error = profile(profileId, asked); error != CONNECTION_ERROR_NONE) return error;
         if (asked.state != CONNECTION_PROFILE_STATE_CONNECTED) return CONNECTION_ERROR_NO_CONNECTION;
-        const auto gateway = gatewayOf(daemon_.running(), profileId);
-        if (!gateway) return CONNECTION_ERROR_INVALID_GATEWAY;
-        auto probe = probeGateway(*gateway, std::move(answer));
-        if (probe == nullptr) return CONNECTION_ERROR_OPERATION_FAILED;
-        question = std::move(probe);
-        return CONNECTION_ERROR_NONE;
+        return probeGateway(gatewayOf(daemon_.running(), profileId), std::move(answer), question);
     }
 
     int askOnline(Answer answer, std::unique_ptr<Question>& question) override {

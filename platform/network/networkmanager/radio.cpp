@@ -5,6 +5,7 @@
 #include "connection_manager.h"
 #include "gateway_probe.h"
 #include "live_values.h"
+#include "network/attempt_question.h"
 #include "online_question.h"
 #include "wifi_network.h"
 #include "wifi_question.h"
@@ -67,26 +68,25 @@ int Radio::connect(NMClient* client, const std::string& id, const std::string& p
                    std::unique_ptr<Question>& question) {
     Found found;
     if (const int error = find(client, id, found); error != CONNECTION_ERROR_NONE) return error;
-    if (!attempt_.expired()) return CONNECTION_ERROR_NOW_IN_PROGRESS;
-    auto attempt = std::make_shared<bool>(true);
-    attempt_ = attempt;
-    attempted_ = id;
+    if (attempt_ != nullptr) return CONNECTION_ERROR_NOW_IN_PROGRESS;
+    auto told = std::make_shared<Answer>(std::move(answer));
     // The attempt is over before its answer is told, because who hears it may connect again.
-    auto told = [attempt = std::move(attempt), answer = std::move(answer)](int result) mutable {
-        attempt.reset();
-        answer(result);
+    const auto end = [this, told](int result) {
+        attempt_.reset();
+        tell(told, result);
     };
-    question = connectWifi(client, found.device, found.accessPoint, passphrase, std::move(told));
-    attempting_ = question.get();
+    attempted_ = id;
+    attempt_ = connectWifi(client, found.device, found.accessPoint, passphrase, end);
+    question = std::make_unique<AttemptQuestion>(std::move(told));
     return CONNECTION_ERROR_NONE;
 }
 
 int Radio::disconnect(NMClient* client, const std::string& id, Answer answer, std::unique_ptr<Question>& question) {
     Found found;
     if (const int error = find(client, id, found); error != CONNECTION_ERROR_NONE) return error;
-    const bool isAttempted = !attempt_.expired() && attempted_ == id;
+    const bool isAttempted = attempt_ != nullptr && attempted_ == id;
     if (!isAttempted && !isCurrent(found)) return CONNECTION_ERROR_NO_CONNECTION;
-    if (isAttempted) abortConnecting(*attempting_);
+    if (isAttempted) abortConnecting(*attempt_);
     question = disconnectWifi(client, found.device, std::move(answer));
     return CONNECTION_ERROR_NONE;
 }
@@ -103,12 +103,7 @@ int Radio::askGateway(NMClient* client, const std::string& id, Answer answer,
     if (find(client, id, found) != CONNECTION_ERROR_NONE || !isCurrent(found)) return CONNECTION_ERROR_NO_CONNECTION;
     NMActiveConnection* active = wifiConnection(found.device);
     if (active == nullptr) return CONNECTION_ERROR_NO_CONNECTION;
-    const auto gateway = gatewayOf(active);
-    if (!gateway) return CONNECTION_ERROR_INVALID_GATEWAY;
-    auto probe = probeGateway(*gateway, std::move(answer));
-    if (probe == nullptr) return CONNECTION_ERROR_OPERATION_FAILED;
-    question = std::move(probe);
-    return CONNECTION_ERROR_NONE;
+    return probeGateway(gatewayOf(active), std::move(answer), question);
 }
 
 int Radio::askOnline(NMClient* client, const std::string& url, Answer answer,

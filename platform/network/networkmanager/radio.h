@@ -30,9 +30,8 @@ class Radio {
 
   private:
     ProfileStore& store_;
-    std::weak_ptr<bool> attempt_;     // alive while a connection is waited for
-    std::string attempted_;           // to which access point
-    Question* attempting_ = nullptr;  // valid as long as the attempt
+    std::unique_ptr<Question> attempt_;  // goes on when nobody listens any more
+    std::string attempted_;              // to which access point
 };
 
 }  // namespace network

@@ -12,38 +12,37 @@
 #include "handles.h"
 #include "network/backend.h"
 #include "network/timer.h"
+#include "weak_self.h"
 
 namespace network {
 
 class RadioRequest : public Question {
   public:
     RadioRequest(NMDeviceWifi* device, Answer answer)
-        : device_(NM_DEVICE(g_object_ref(device))),
-          answer_(std::move(answer)),
-          self_(std::make_shared<RadioRequest*>(this)) {}
+        : device_(NM_DEVICE(g_object_ref(device))), answer_(std::move(answer)) {}
     ~RadioRequest() override { g_cancellable_cancel(cancellable_.get()); }
     RadioRequest(const RadioRequest&) = delete;
     RadioRequest& operator=(const RadioRequest&) = delete;
 
   protected:
-    using Weak = std::weak_ptr<RadioRequest*>;
-
     // The data of an asynchronous call, and back: null once the request is withdrawn.
-    gpointer weak() const { return new Weak(self_); }
+    gpointer weak() const { return self_.data(); }
     template <typename Request>
     static Request* take(gpointer data) {
-        const std::unique_ptr<Weak> weak(static_cast<Weak*>(data));
-        const auto self = weak->lock();
-        return self == nullptr ? nullptr : static_cast<Request*>(*self);
+        return static_cast<Request*>(WeakSelf<RadioRequest>::take(data));
     }
 
     void limitTo(double seconds) {
-        limit_.start(seconds, [this] {
-            timeOut();
-            finish(CONNECTION_ERROR_NO_REPLY);
-        });
+        limit_.start(seconds, [this] { timeOut(); });
     }
-    virtual void timeOut() {}
+    virtual void timeOut() { finish(CONNECTION_ERROR_NO_REPLY); }
+
+    // The answer may destroy this request.
+    void finish(int result) {
+        isFinished_ = true;
+        const Answer answer = std::move(answer_);
+        answer(result);
+    }
 
     // Out of GLib's dispatching, which takes no new main loop inside. The first result counts.
     void finishLater(int result) {
@@ -52,12 +51,14 @@ class RadioRequest : public Question {
         signals_.clear();
         limit_.start(0.0, [this, result] { finish(result); });
     }
+
     bool isFinished() const { return isFinished_; }
 
-    void refuse(const char* what, GError* error) {
-        logDaemonError(what, error);
-        finishLater(daemonErrorOf(error).code);
-        g_error_free(error);
+    // The code of a failure, which goes into the log and is freed.
+    static int codeOf(const char* what, GError* error) {
+        const std::unique_ptr<GError, decltype(&g_error_free)> failure(error, &g_error_free);
+        logDaemonError(what, failure.get());
+        return daemonErrorOf(failure.get()).code;
     }
 
     Object<NMDevice> device_;
@@ -65,15 +66,8 @@ class RadioRequest : public Question {
     SignalConnections signals_;
 
   private:
-    // The answer may destroy this request.
-    void finish(int result) {
-        isFinished_ = true;
-        const Answer answer = std::move(answer_);
-        answer(result);
-    }
-
     Answer answer_;
-    std::shared_ptr<RadioRequest*> self_;
+    WeakSelf<RadioRequest> self_{this};
     bool isFinished_ = false;
     Timer limit_;
 };

@@ -1,15 +1,18 @@
 // Connecting to an access point.
 #include <algorithm>
+#include <optional>
 
 #include "radio_request.h"
 #include "wifi_manager.h"
 #include "wifi_network.h"
+#include "wifi_passphrase.h"
 #include "wifi_question.h"
 
 namespace network {
 namespace {
 
-constexpr double kConnectLimit = 30;     // seconds
+constexpr double kConnectLimit = 28;     // seconds; the answer comes within 30
+constexpr double kTidyingLimit = 2;      // for what is left of an attempt that failed
 constexpr double kReasonSettling = 0.2;  // the device's reason may follow the end of its activation
 
 struct ReasonRow {
@@ -38,34 +41,7 @@ int resultOf(NMDeviceStateReason reason) {
     return row == std::end(kReasons) ? CONNECTION_ERROR_OPERATION_FAILED : row->result;
 }
 
-bool canBeKey(int security, const std::string& passphrase) {
-    switch (security) {
-        case WIFI_SECURITY_WEP:
-            return nm_utils_wep_key_valid(passphrase.c_str(), NM_WEP_KEY_TYPE_UNKNOWN);
-        case WIFI_SECURITY_WPA_PSK:
-        case WIFI_SECURITY_WPA2_PSK:
-            return nm_utils_wpa_psk_valid(passphrase.c_str());
-        default:
-            return !passphrase.empty();
-    }
-}
-
-// Replaces what the profile says of security, except in profiles of which only the passphrase changes.
-void setPassphrase(NMConnection* profile, int security, const std::string& passphrase) {
-    NMSettingWirelessSecurity* setting = nm_connection_get_setting_wireless_security(profile);
-    const bool isNew = setting == nullptr;
-    if (isNew) setting = NM_SETTING_WIRELESS_SECURITY(nm_setting_wireless_security_new());
-    if (security == WIFI_SECURITY_WEP) {
-        if (isNew) g_object_set(setting, NM_SETTING_WIRELESS_SECURITY_KEY_MGMT, "none", nullptr);
-        g_object_set(setting, NM_SETTING_WIRELESS_SECURITY_WEP_KEY0, passphrase.c_str(), nullptr);
-    } else {
-        const char* management = security == WIFI_SECURITY_SAE ? "sae" : "wpa-psk";
-        if (isNew) g_object_set(setting, NM_SETTING_WIRELESS_SECURITY_KEY_MGMT, management, nullptr);
-        g_object_set(setting, NM_SETTING_WIRELESS_SECURITY_PSK, passphrase.c_str(), nullptr);
-    }
-    if (isNew) nm_connection_add_setting(profile, NM_SETTING(setting));
-}
-
+// Fails only after what it began has been taken back: the activation, a new profile, another passphrase.
 class Connecting final : public RadioRequest {
   public:
     Connecting(NMClient* client, NMDeviceWifi* device, NMAccessPoint* accessPoint, Answer answer)
@@ -76,124 +52,131 @@ class Connecting final : public RadioRequest {
     void start(NMAccessPoint* accessPoint, const std::string& passphrase) {
         limitTo(kConnectLimit);
         const int security = securityOf(accessPoint);
-        if (!passphrase.empty() && security != WIFI_SECURITY_NONE && !canBeKey(security, passphrase)) {
-            return finishLater(CONNECTION_ERROR_INVALID_KEY);
-        }
+        const bool hasPassphrase = takesPassphrase(security) && !passphrase.empty();
+        if (hasPassphrase && !canBePassphrase(security, passphrase)) return finishLater(CONNECTION_ERROR_INVALID_KEY);
         NMRemoteConnection* profile = profileFor(client_.get(), accessPoint);
         if (profile == nullptr) return connectAnew(security, passphrase);
         profile_.reset(NM_REMOTE_CONNECTION(g_object_ref(profile)));
-        if (passphrase.empty() || security == WIFI_SECURITY_NONE) return activate();
-        replacePassphrase(security, passphrase);
+        if (!hasPassphrase) return activate();
+        trial_.emplace(profile);
+        trial_->start(security, passphrase, [this](GError* failure) {
+            if (failure != nullptr) return conclude(codeOf("storing the passphrase", failure));
+            activate();
+        });
     }
 
-    // An activation that the daemon has not told of yet is ended when it does.
-    void abort() {
-        isAborted_ = true;
-        if (active_ == nullptr || isFinished()) return;
+    // The answer to be: the attempt ends when the daemon has told what it made of it. The first result counts.
+    void conclude(int result) {
+        if (result_ || isFinished()) return;
+        result_ = result;
         settle_.stop();
-        timeOut();
-        finishLater(CONNECTION_ERROR_OPERATION_ABORTED);
+        limitTo(kTidyingLimit);
+        if (!isStarting_) tidyUp();
     }
 
   private:
     void connectAnew(int security, const std::string& passphrase) {
         if (security == WIFI_SECURITY_EAP) return finishLater(WIFI_ERROR_SECURITY_RESTRICTED);
-        if (security != WIFI_SECURITY_NONE && passphrase.empty()) return finishLater(CONNECTION_ERROR_INVALID_KEY);
-        isNew_ = true;
+        if (takesPassphrase(security) && passphrase.empty()) return finishLater(CONNECTION_ERROR_INVALID_KEY);
+        isNew_ = isStarting_ = true;
         const Object<NMConnection> profile(nm_simple_connection_new());
-        if (security != WIFI_SECURITY_NONE) setPassphrase(profile.get(), security, passphrase);
+        if (takesPassphrase(security)) setPassphrase(profile.get(), security, passphrase);
         nm_client_add_and_activate_connection_async(client_.get(), profile.get(), device_.get(), path_.c_str(),
                                                     cancellable_.get(), &Connecting::onActivating, weak());
     }
 
-    void replacePassphrase(int security, const std::string& passphrase) {
-        const Object<NMConnection> changed(nm_simple_connection_new_clone(NM_CONNECTION(profile_.get())));
-        setPassphrase(changed.get(), security, passphrase);
-        nm_remote_connection_update2(profile_.get(), nm_connection_to_dbus(changed.get(), NM_CONNECTION_SERIALIZE_ALL),
-                                     NM_SETTINGS_UPDATE2_FLAG_TO_DISK, nullptr, cancellable_.get(),
-                                     &Connecting::onReplaced, weak());
-    }
-
-    static void onReplaced(GObject* profile, GAsyncResult* result, gpointer data) {
-        GError* failure = nullptr;
-        GVariant* reply = nm_remote_connection_update2_finish(NM_REMOTE_CONNECTION(profile), result, &failure);
-        if (reply != nullptr) g_variant_unref(reply);
-        auto* const self = take<Connecting>(data);
-        if (self != nullptr && failure != nullptr) return self->refuse("storing the passphrase", failure);
-        if (self != nullptr) self->activate();
-        g_clear_error(&failure);
-    }
-
     void activate() {
+        isStarting_ = true;
         nm_client_activate_connection_async(client_.get(), NM_CONNECTION(profile_.get()), device_.get(), path_.c_str(),
                                             cancellable_.get(), &Connecting::onActivating, weak());
     }
 
     static void onActivating(GObject* client, GAsyncResult* result, gpointer data) {
         auto* const self = take<Connecting>(data);
-        const bool isNew = self != nullptr && self->isNew_;
-        const auto end = isNew ? &nm_client_add_and_activate_connection_finish : &nm_client_activate_connection_finish;
+        if (self == nullptr) return;
+        const auto end =
+            self->isNew_ ? &nm_client_add_and_activate_connection_finish : &nm_client_activate_connection_finish;
         GError* failure = nullptr;
-        Object<NMActiveConnection> active(self == nullptr ? nullptr : end(NM_CLIENT(client), result, &failure));
-        if (self == nullptr || self->isFinished()) return g_clear_error(&failure);
-        if (failure != nullptr) return self->refuse("connecting", failure);
-        self->watch(std::move(active));
+        self->active_.reset(end(NM_CLIENT(client), result, &failure));
+        self->isStarting_ = false;
+        const int error = failure == nullptr ? CONNECTION_ERROR_NONE : codeOf("connecting", failure);
+        if (self->result_) return self->tidyUp();
+        if (error != CONNECTION_ERROR_NONE) return self->conclude(error);
+        self->watch();
     }
 
-    void watch(Object<NMActiveConnection> active) {
-        active_ = std::move(active);
+    void watch() {
         const auto look = [](gpointer self) { static_cast<Connecting*>(self)->look(); };
         signals_.add(active_.get(), "notify::" NM_ACTIVE_CONNECTION_STATE, look, this);
         signals_.add(device_.get(), "notify::" NM_DEVICE_STATE, look, this);
         signals_.add(device_.get(), "notify::" NM_DEVICE_ACTIVE_CONNECTION, look, this);
-        if (isAborted_) return abort();
+        signals_.add(client_.get(), "notify::" NM_CLIENT_NM_RUNNING, look, this);
         this->look();
     }
 
+    bool isCurrent() const { return nm_device_get_active_connection(device_.get()) == active_.get(); }
+
     bool isOver() const {
-        NMActiveConnection* current = nm_device_get_active_connection(device_.get());
         return nm_active_connection_get_state(active_.get()) == NM_ACTIVE_CONNECTION_STATE_DEACTIVATED ||
-               (wasCurrent_ && current != active_.get());
+               (wasCurrent_ && !isCurrent());
     }
 
     // The device ends what it did before first, so only a failure of its own activation counts.
     void look() {
-        const bool isCurrent = nm_device_get_active_connection(device_.get()) == active_.get();
-        wasCurrent_ = wasCurrent_ || isCurrent;
-        if (nm_active_connection_get_state(active_.get()) == NM_ACTIVE_CONNECTION_STATE_ACTIVATED) {
-            return finishLater(CONNECTION_ERROR_NONE);
-        }
-        if (isCurrent && nm_device_get_state(device_.get()) == NM_DEVICE_STATE_FAILED) return fail();
+        wasCurrent_ = wasCurrent_ || isCurrent();
+        if (!nm_client_get_nm_running(client_.get())) return conclude(CONNECTION_ERROR_OPERATION_FAILED);
+        if (nm_active_connection_get_state(active_.get()) == NM_ACTIVE_CONNECTION_STATE_ACTIVATED) return succeed();
+        if (isCurrent() && nm_device_get_state(device_.get()) == NM_DEVICE_STATE_FAILED) return fail();
         if (isOver()) settle_.start(kReasonSettling, [this] { fail(); });
     }
 
-    void fail() {
+    void succeed() {
         settle_.stop();
-        if (isFinished()) return;
-        forget();
-        finishLater(resultOf(nm_device_get_state_reason(device_.get())));
+        if (trial_) trial_->keep();
+        finishLater(CONNECTION_ERROR_NONE);
     }
 
-    // Ends the activation, too.
+    void fail() { conclude(resultOf(nm_device_get_state_reason(device_.get()))); }
+
+    // NetworkManager waits longer for addresses than this does.
     void timeOut() override {
-        if (active_ != nullptr) {
+        if (result_) return finish(*result_);
+        const NMDeviceState state = nm_device_get_state(device_.get());
+        const bool isAssociated = active_ != nullptr && isCurrent() && state >= NM_DEVICE_STATE_IP_CONFIG &&
+                                  state <= NM_DEVICE_STATE_SECONDARIES;
+        conclude(isAssociated ? CONNECTION_ERROR_DHCP_FAILED : CONNECTION_ERROR_NO_REPLY);
+    }
+
+    void tidyUp() {
+        signals_.clear();
+        if (trial_) trial_->undo();
+        if (active_ == nullptr) return finishLater(*result_);
+        if (nm_active_connection_get_state(active_.get()) < NM_ACTIVE_CONNECTION_STATE_DEACTIVATING) {
             nm_client_deactivate_connection_async(client_.get(), active_.get(), nullptr, nullptr, nullptr);
         }
-        forget();
+        NMRemoteConnection* made = isNew_ ? nm_active_connection_get_connection(active_.get()) : nullptr;
+        if (made == nullptr) return finishLater(*result_);
+        nm_remote_connection_delete_async(made, cancellable_.get(), &Connecting::onForgotten, weak());
     }
 
-    void forget() {
-        NMRemoteConnection* made =
-            isNew_ && active_ != nullptr ? nm_active_connection_get_connection(active_.get()) : nullptr;
-        if (made != nullptr) nm_remote_connection_delete_async(made, nullptr, nullptr, nullptr);
+    // Who hears of the failure may connect again at once, and is not to meet the profile that goes.
+    static void onForgotten(GObject* profile, GAsyncResult* result, gpointer data) {
+        GError* failure = nullptr;
+        nm_remote_connection_delete_finish(NM_REMOTE_CONNECTION(profile), result, &failure);
+        auto* const self = take<Connecting>(data);
+        if (self != nullptr && failure != nullptr) logDaemonError("forgetting the network", failure);
+        g_clear_error(&failure);
+        if (self != nullptr) self->finishLater(*self->result_);
     }
 
     Object<NMClient> client_;
     const std::string path_;
     Object<NMRemoteConnection> profile_;
+    std::optional<PassphraseTrial> trial_;
     Object<NMActiveConnection> active_;
+    std::optional<int> result_;  // of an attempt that fails
     bool isNew_ = false;
-    bool isAborted_ = false;
+    bool isStarting_ = false;  // the daemon is asked and has not told of the activation
     bool wasCurrent_ = false;
     Timer settle_;
 };
@@ -208,7 +191,7 @@ std::unique_ptr<Question> connectWifi(NMClient* client, NMDeviceWifi* device, NM
 }
 
 void abortConnecting(Question& connecting) {
-    static_cast<Connecting&>(connecting).abort();
+    static_cast<Connecting&>(connecting).conclude(CONNECTION_ERROR_OPERATION_ABORTED);
 }
 
 }  // namespace network

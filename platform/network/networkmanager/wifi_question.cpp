@@ -27,7 +27,11 @@ class Disconnecting final : public RadioRequest {
         GError* failure = nullptr;
         nm_client_deactivate_connection_finish(NM_CLIENT(client), result, &failure);
         auto* const self = take<Disconnecting>(data);
-        if (self != nullptr && failure != nullptr) return self->refuse("disconnecting", failure);
+        const bool hasEnded = hasErrorName(failure, "NetworkManager.ConnectionNotActive");
+        if (self != nullptr && hasEnded) self->finishLater(CONNECTION_ERROR_NONE);
+        if (self != nullptr && failure != nullptr && !hasEnded) {
+            return self->finishLater(codeOf("disconnecting", failure));
+        }
         g_clear_error(&failure);
     }
 
@@ -58,7 +62,9 @@ class Scanning final : public RadioRequest {
         nm_device_wifi_request_scan_finish(NM_DEVICE_WIFI(device), result, &failure);
         auto* const self = take<Scanning>(data);
         const bool runsAlready = hasErrorName(failure, "Device.NotAllowed");
-        if (self != nullptr && failure != nullptr && !runsAlready) return self->refuse("scanning", failure);
+        if (self != nullptr && failure != nullptr && !runsAlready) {
+            return self->finishLater(codeOf("scanning", failure));
+        }
         g_clear_error(&failure);
     }
 };

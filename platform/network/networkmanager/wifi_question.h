@@ -14,7 +14,7 @@ namespace network {
  * Connects with the stored profile for the access point, or a new one. Answers NONE; INVALID_KEY, also for a passphrase
  * that is needed and missing or cannot be one; DHCP_FAILED; NO_CONNECTION for a network that went away;
  * OPERATION_ABORTED when somebody ended it; NO_REPLY after 30 s; OPERATION_FAILED otherwise. The passphrase goes to
- * NetworkManager only. A new profile that did not work is deleted again.
+ * NetworkManager only. When it fails, a new profile is deleted again, and a stored one has its old passphrase.
  * @param passphrase empty: the stored one
  */
 std::unique_ptr<Question> connectWifi(NMClient* client, NMDeviceWifi* device, NMAccessPoint* accessPoint,
