@@ -27,7 +27,8 @@ ACCESS_POINTS = {
     "known": (50, 1, 0, PSK), "moved": (50, 1, 0, PSK), "guarded": (50, 1, 0, PSK), "fixed": (50, 1, 0, PSK),
 }
 ENDINGS = {"no-dhcp": DHCP_FAILED, "leaving": SSID_NOT_FOUND}
-# These never end. Their access point tells by its strength that the device has come so far.
+# These never end. Their access point tells by its strength that the client, which reads the new profile last, knows all
+# about them.
 UNENDING = {"silent": base.DeviceState.CONFIG, "slow-dhcp": base.DeviceState.IP_CONFIG}
 # name: passphrase, settings of the connection
 PROFILES = {
@@ -128,7 +129,7 @@ def activate(manager, connection, _device, point):
     elif name in ENDINGS:
         GLib.idle_add(end, active, ENDINGS[name])
     elif name in UNENDING:
-        GLib.idle_add(tell_strength, point, 2)
+        dbusmock.get_object(connection).point = point
     else:
         GLib.idle_add(succeed, active)
     return dbus.ObjectPath(active)
@@ -152,7 +153,7 @@ def copy_of(settings):
 def add_profile(settings):
     path = dbusmock.get_object(base.SETTINGS_OBJ).SettingsAddConnection(settings)
     profile = dbusmock.get_object(path)
-    profile.disk = copy_of(settings)
+    profile.disk, profile.point = copy_of(settings), None
     profile.ConnectionDelete, profile.update2 = delete, update2
     profile.ConnectionGetSettings, profile.ConnectionGetSecrets = without_secrets, secrets
     profile.AddMethod(base.CSETTINGS_IFACE, "Update2", "a{sa{sv}}ua{sv}", "a{sv}",
@@ -163,6 +164,8 @@ def add_profile(settings):
 def without_secrets(profile):
     shown = copy_of(profile.settings)
     shown.get(SECURITY, {}).pop("psk", None)
+    if profile.point is not None:
+        GLib.idle_add(tell_strength, profile.point, 2)
     return shown
 
 
