@@ -9,6 +9,8 @@ from gi.repository import GLib
 
 BUS_NAME, MAIN_OBJ, SYSTEM_BUS, IS_OBJECT_MANAGER = base.BUS_NAME, base.MAIN_OBJ, base.SYSTEM_BUS, True
 DEVICE = "/org/freedesktop/NetworkManager/Devices/radio"
+POINTS = "/org/freedesktop/NetworkManager/AccessPoint/"
+TEST_IFACE = "org.freedesktop.DBus.Mock"
 INTERFACE = "tv-wlan"
 IP6 = "/org/freedesktop/NetworkManager/IP6Config/1"
 SECURITY = "802-11-wireless-security"
@@ -68,10 +70,13 @@ def tell_strength(point, percent):
     return False
 
 
+def runs(active):
+    return active in dbusmock.get_object(base.MANAGER_OBJ).Get(base.MANAGER_IFACE, "ActiveConnections")
+
+
 def end(active, reason):
-    point = dbusmock.get_object(active).Get(base.ACTIVE_CONNECTION_IFACE, "SpecificObject")
-    if name_of(point) in UNENDING:
-        tell_strength(point, 50)
+    if not runs(active):
+        return False
     set_device(base.DeviceState.FAILED if reason != USER_REQUESTED else base.DeviceState.DEACTIVATING, reason, active)
     change(active, base.ACTIVE_CONNECTION_IFACE, {"State": dbus.UInt32(4)})
     set_device(base.DeviceState.DISCONNECTED, reason, None)
@@ -100,6 +105,8 @@ def delete(profile):
 
 
 def succeed(active):
+    if not runs(active):
+        return False
     running = dbusmock.get_object(active)
     point = running.Get(base.ACTIVE_CONNECTION_IFACE, "SpecificObject")
     show_addresses(running.settings)
@@ -196,6 +203,26 @@ def forget_memory(_manager):
         profile.EmitSignal(base.CSETTINGS_IFACE, "Updated", "", [])
 
 
+def reset(manager):
+    """As it began, for a client that comes next."""
+    settings = dbusmock.get_object(base.SETTINGS_OBJ)
+    running = manager.Get(base.MANAGER_IFACE, "ActiveConnections")
+    for path in [*running, *manager.ended, *settings.ListConnections()]:
+        manager.object_manager_emit_removed(path)
+        manager.RemoveObject(path)
+    manager.ended = []
+    change(base.MANAGER_OBJ, base.MANAGER_IFACE, {"ActiveConnections": dbus.Array([], signature="o")})
+    change(base.SETTINGS_OBJ, base.SETTINGS_IFACE, {"Connections": dbus.Array([], signature="o")})
+    set_device(base.DeviceState.DISCONNECTED, 0, None)
+    for number, (strength, *_rest) in enumerate(ACCESS_POINTS.values(), 1):
+        tell_strength(POINTS + str(number), strength)
+    for name, (passphrase, connection) in PROFILES.items():
+        add_profile({
+            "connection": {"type": "802-11-wireless", "id": name, "uuid": str(uuid.uuid4()), **connection},
+            "802-11-wireless": {"ssid": dbus.ByteArray(name.encode())},
+            SECURITY: {"key-mgmt": "wpa-psk", "psk": passphrase}})
+
+
 def show_addresses(settings):
     manual = settings.get("ipv6", {})
     manual = manual if manual.get("method") == "manual" else None
@@ -213,18 +240,14 @@ def load(mock, parameters):
     manager = dbusmock.get_object(base.MANAGER_OBJ)
     manager.attempts, manager.ended = 0, []
     manager.activate_connection, manager.add_and_activate_connection = activate, add_and_activate
-    manager.deactivate_connection, manager.forget_memory = deactivate, forget_memory
+    manager.deactivate_connection, manager.forget_memory, manager.reset = deactivate, forget_memory, reset
     manager.AddProperties(base.MANAGER_IFACE, {"ConnectivityCheckAvailable": True, "ConnectivityCheckEnabled": True})
     manager.AddMethod(base.MANAGER_IFACE, "GetPermissions", "", "a{ss}", f"ret = {PERMISSIONS}")
-    manager.AddMethod("org.freedesktop.DBus.Mock", "ForgetMemory", "", "", "self.forget_memory(self)")
+    manager.AddMethod(TEST_IFACE, "ForgetMemory", "", "", "self.forget_memory(self)")
+    manager.AddMethod(TEST_IFACE, "Reset", "", "", "self.reset(self)")
     add_addresses(manager)
     add_radio(manager)
     add_access_points(manager)
-    for name, (passphrase, connection) in PROFILES.items():
-        add_profile({
-            "connection": {"type": "802-11-wireless", "id": name, "uuid": str(uuid.uuid4()), **connection},
-            "802-11-wireless": {"ssid": dbus.ByteArray(name.encode())},
-            SECURITY: {"key-mgmt": "wpa-psk", "psk": passphrase}})
 
 
 def add_radio(manager):
@@ -250,7 +273,7 @@ def add_addresses(manager):
 def add_access_points(manager):
     paths = []
     for number, (name, (strength, flags, wpa, rsn)) in enumerate(ACCESS_POINTS.items(), 1):
-        path = dbus.ObjectPath(f"/org/freedesktop/NetworkManager/AccessPoint/{number}")
+        path = dbus.ObjectPath(POINTS + str(number))
         manager.AddObject(path, base.ACCESS_POINT_IFACE, {
             "Ssid": dbus.ByteArray(name.encode("latin-1")), "HwAddress": f"02:00:5E:10:00:{number:02X}",
             "Strength": dbus.Byte(strength), "Flags": dbus.UInt32(flags), "WpaFlags": dbus.UInt32(wpa),

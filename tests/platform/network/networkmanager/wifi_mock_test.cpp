@@ -25,15 +25,12 @@ class WifiOverNetworkManager : public testing::Test {
   protected:
     void SetUp() override {
         if (std::getenv("DBUS_SYSTEM_BUS_ADDRESS") == nullptr) GTEST_SKIP() << "not on a bus of its own";
+        tellDaemon("Reset");
         const auto selection = network::select("networkmanager", {});
         ASSERT_TRUE(selection.selected) << selection.text;
         ASSERT_EQ(wifi_initialize(), 0);
     }
-    void TearDown() override {
-        wifi_ap_handle ap = nullptr;
-        if (wifi_get_connected_ap(&ap) == 0) answerOf(wifi_disconnect, ap);
-        network::release();
-    }
+    void TearDown() override { network::release(); }
 
     static std::map<std::string, wifi_ap_handle> found() {
         std::map<std::string, wifi_ap_handle> all;
@@ -76,10 +73,12 @@ class WifiOverNetworkManager : public testing::Test {
         wifi_ap_get_ip_address(ap, kIpv6, &text);
         return contract::take(text);
     }
-    static void forgetWhatIsNotOnDisk() {
-        ASSERT_EQ(std::system("dbus-send --system --print-reply --dest=org.freedesktop.NetworkManager "
-                              "/org/freedesktop/NetworkManager org.freedesktop.DBus.Mock.ForgetMemory >/dev/null"),
-                  0);
+    static void tellDaemon(const std::string& method) {
+        const std::string command =
+            "dbus-send --system --print-reply --dest=org.freedesktop.NetworkManager "
+            "/org/freedesktop/NetworkManager org.freedesktop.DBus.Mock." +
+            method;
+        ASSERT_EQ(std::system((command + " >/dev/null").c_str()), 0) << command;
     }
 
     MainLoop loop;
@@ -186,7 +185,7 @@ TEST_F(WifiOverNetworkManager, KeepsTheStoredPassphraseUntilAnotherHasWorked) {
     EXPECT_EQ(connect("moved", ""), WIFI_ERROR_INVALID_KEY);
     EXPECT_EQ(connect("moved", kPassphrase), WIFI_ERROR_NONE);
     EXPECT_EQ(connect("moved", "wrong horse"), WIFI_ERROR_INVALID_KEY);
-    forgetWhatIsNotOnDisk();
+    tellDaemon("ForgetMemory");
     EXPECT_EQ(connect("moved", ""), WIFI_ERROR_NONE);
     EXPECT_EQ(connect("known", ""), WIFI_ERROR_NONE);
 }
