@@ -34,7 +34,7 @@ def end(process):
 
 
 def main():
-    missing = [tool for tool in ("dbus-daemon", "setpriv") if shutil.which(tool) is None]
+    missing = [tool for tool in ("dbus-daemon", "dbus-send", "setpriv") if shutil.which(tool) is None]
     if missing:
         skip(f"not installed: {' '.join(missing)}")
     bus = start("dbus-daemon", "--session", "--nofork", "--print-address", stdout=subprocess.PIPE, text=True)
