@@ -18,9 +18,9 @@ constexpr const char* kDeviceSignals[] = {"notify::" NM_DEVICE_STATE, "notify::"
 constexpr const char* kActivationSignal = "notify::" NM_ACTIVE_CONNECTION_STATE;
 constexpr const char* kAddressSignal = "notify::" NM_IP_CONFIG_ADDRESSES;
 
-bool isWired(NMDevice* device) {
+bool isWatched(NMDevice* device) {
     const NMDeviceType type = nm_device_get_device_type(device);
-    return type == NM_DEVICE_TYPE_ETHERNET || type == NM_DEVICE_TYPE_VETH;
+    return type == NM_DEVICE_TYPE_ETHERNET || type == NM_DEVICE_TYPE_VETH || type == NM_DEVICE_TYPE_WIFI;
 }
 
 // libnm drops what it still has under way in its own time; its context must run until then.
@@ -131,7 +131,7 @@ void DaemonClient::watch() {
     const GPtrArray* devices = nm_client_get_devices(client_.get());
     for (guint i = 0; i < devices->len; ++i) {
         auto* const device = NM_DEVICE(devices->pdata[i]);
-        if (!isWired(device)) continue;
+        if (!isWatched(device)) continue;
         for (const char* signal : kDeviceSignals) {
             signals_.add(device, signal, handler, this);
         }

@@ -33,6 +33,7 @@ constexpr NamedError kErrors[] = {
     {"Settings.InvalidConnection", kRefused},
     {"Settings.ReadOnlyConnection", kReadOnly},
     {"Device.NotActive", kGone},
+    {"Device.SpecificObjectNotFound", kGone},
     {"Device.IncompatibleConnection", kRefused},
     {"Connection.InvalidProperty", kRefused},
     {"Connection.MissingProperty", kRefused},
@@ -42,19 +43,26 @@ constexpr NamedError kErrors[] = {
 
 }  // namespace
 
+bool hasErrorName(const GError* error, std::string_view ending) {
+    if (error == nullptr) return false;
+    const std::unique_ptr<char, decltype(&g_free)> name(g_dbus_error_encode_gerror(error), &g_free);
+    return std::string_view(name.get()).ends_with(ending);
+}
+
 DaemonError daemonErrorOf(const GError* error) {
     if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT)) return kSilent;
     if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED)) return kAborted;
-    const std::unique_ptr<char, decltype(&g_free)> text(g_dbus_error_encode_gerror(error), &g_free);
-    const std::string_view name = text.get();
-    const auto* known = std::ranges::find_if(kErrors, [&](const auto& row) { return name.ends_with(row.ending); });
+    const auto* known =
+        std::ranges::find_if(kErrors, [&](const NamedError& row) { return hasErrorName(error, row.ending); });
     return known == std::end(kErrors) ? kFailed : known->error;
 }
 
 void logDaemonError(const char* what, const GError* error) {
     const std::string_view name = daemonErrorOf(error).name;
-    __dlog_print(DLOG_ID_MAIN, DLOG_WARN, "NETWORK", "%s: %.*s (%s)", what, static_cast<int>(name.size()), name.data(),
-                 error->message);
+    const std::string_view words = error->message;
+    const auto length = static_cast<int>(std::min(words.find('\n'), words.size()));
+    __dlog_print(DLOG_ID_MAIN, DLOG_WARN, "NETWORK", "%s: %.*s (%.*s)", what, static_cast<int>(name.size()),
+                 name.data(), length, words.data());
 }
 
 }  // namespace network

@@ -131,10 +131,12 @@ class GatewayProbe final : public Question {
 
 }  // namespace
 
-std::unique_ptr<Question> probeGateway(const Neighbour& gateway, Answer answer) {
-    auto probe = std::make_unique<GatewayProbe>(gateway, std::move(answer));
-    if (!probe->start()) return nullptr;
-    return probe;
+int probeGateway(const std::optional<Neighbour>& gateway, Answer answer, std::unique_ptr<Question>& question) {
+    if (!gateway) return CONNECTION_ERROR_INVALID_GATEWAY;
+    auto probe = std::make_unique<GatewayProbe>(*gateway, std::move(answer));
+    if (!probe->start()) return CONNECTION_ERROR_OPERATION_FAILED;
+    question = std::move(probe);
+    return CONNECTION_ERROR_NONE;
 }
 
 }  // namespace network

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "neighbour_table.h"
 #include "network/backend.h"
@@ -12,8 +13,8 @@ namespace network {
  * Sends echo requests where ping sockets are allowed (icmp(7), ping_group_range), and datagrams to a closed port, and
  * looks whether neighbour discovery (RFC 4861) confirms the gateway after that. Any of the three counts as an answer;
  * what the kernel believed before does not. Answers NONE, or NO_REPLY after 4.5 s.
- * @return null when no socket can be had
+ * @return INVALID_GATEWAY: there is none. OPERATION_FAILED: no socket can be had.
  */
-std::unique_ptr<Question> probeGateway(const Neighbour& gateway, Answer answer);
+int probeGateway(const std::optional<Neighbour>& gateway, Answer answer, std::unique_ptr<Question>& question);
 
 }  // namespace network

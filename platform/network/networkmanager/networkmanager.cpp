@@ -13,15 +13,14 @@
 #include "online_question.h"
 #include "platform_log.h"
 #include "profile_store.h"
+#include "radio.h"
+#include "wifi_network.h"
 #include "wired_network.h"
 
 namespace network {
 namespace {
 
-using std::chrono::milliseconds;
-
-constexpr milliseconds kOpenLimit{2000};
-constexpr milliseconds kNameLimit{1000};
+constexpr std::chrono::milliseconds kOpenLimit{2000};
 constexpr double kSettleSeconds = 0.5;
 
 class NetworkManagerBackend final : public Backend {
@@ -32,7 +31,8 @@ class NetworkManagerBackend final : public Backend {
         if (!daemon_.open(kOpenLimit, error)) return false;
         if (NMClient* client = daemon_.running()) {
             link_ = knownLink(client);
-            addresses_ = shownAddresses(client);
+            overWifi_ = connectedOverWifi(client);
+            addresses_ = currentAddresses(client);
         }
         return true;
     }
@@ -47,6 +47,7 @@ class NetworkManagerBackend final : public Backend {
 
     // A hardware address outlives the daemon: the last one is kept for the time without it.
     int macAddress(int connectionType, std::string& mac) override {
+        if (connectionType == CONNECTION_TYPE_WIFI) return wifiMacAddress(mac);
         if (connectionType != CONNECTION_TYPE_ETHERNET) return CONNECTION_ERROR_NO_CONNECTION;
         if (NMClient* client = daemon_.running()) rememberMac(client);
         if (mac_.empty()) return CONNECTION_ERROR_NO_CONNECTION;
@@ -79,12 +80,7 @@ class NetworkManagerBackend final : public Backend {
         Profile asked;
         if (const int error = profile(profileId, asked); error != CONNECTION_ERROR_NONE) return error;
         if (asked.state != CONNECTION_PROFILE_STATE_CONNECTED) return CONNECTION_ERROR_NO_CONNECTION;
-        const auto gateway = gatewayOf(daemon_.running(), profileId);
-        if (!gateway) return CONNECTION_ERROR_INVALID_GATEWAY;
-        auto probe = probeGateway(*gateway, std::move(answer));
-        if (probe == nullptr) return CONNECTION_ERROR_OPERATION_FAILED;
-        question = std::move(probe);
-        return CONNECTION_ERROR_NONE;
+        return probeGateway(gatewayOf(daemon_.running(), profileId), std::move(answer), question);
     }
 
     int askOnline(Answer answer, std::unique_ptr<Question>& question) override {
@@ -95,9 +91,56 @@ class NetworkManagerBackend final : public Backend {
         return askOnlineOver(client, device, options_.onlineUrl, std::move(answer), question);
     }
 
+    int wifiActivated(bool& activated) override {
+        NMClient* client = daemon_.running();
+        if (client == nullptr) return CONNECTION_ERROR_OPERATION_FAILED;
+        activated = wifiIsOn(client);
+        return CONNECTION_ERROR_NONE;
+    }
+    int accessPoints(std::vector<std::string>& ids) override { return onRadio(&Radio::accessPoints, ids); }
+    int accessPoint(const std::string& id, AccessPoint& found) override {
+        return onRadio(&Radio::accessPoint, id, found);
+    }
+    int connectedAccessPoint(std::string& id) override { return onRadio(&Radio::connectedAccessPoint, id); }
+    int connectAccessPoint(const std::string& id, const std::string& passphrase, Answer answer,
+                           std::unique_ptr<Question>& question) override {
+        return onRadio(&Radio::connect, id, passphrase, std::move(answer), question);
+    }
+    int disconnectAccessPoint(const std::string& id, Answer answer, std::unique_ptr<Question>& question) override {
+        return onRadio(&Radio::disconnect, id, std::move(answer), question);
+    }
+    int scan(Answer answer, std::unique_ptr<Question>& question) override {
+        return onRadio(&Radio::scan, std::move(answer), question);
+    }
+    int askAccessPointGateway(const std::string& id, Answer answer, std::unique_ptr<Question>& question) override {
+        return onRadio(&Radio::askGateway, id, std::move(answer), question);
+    }
+    int askWifiOnline(Answer answer, std::unique_ptr<Question>& question) override {
+        return onRadio(&Radio::askOnline, options_.onlineUrl, std::move(answer), question);
+    }
+    int storeAccessPoint(const std::string& id, const Ipv6Settings& settings) override {
+        return onRadio(&Radio::store, id, settings);
+    }
+
     void observe(Observer* observer) override { observer_ = observer; }
 
   private:
+    template <typename Call, typename... Arguments>
+    int onRadio(Call call, Arguments&&... arguments) {
+        NMClient* client = daemon_.running();
+        return client == nullptr ? static_cast<int>(CONNECTION_ERROR_OPERATION_FAILED)
+                                 : (radio_.*call)(client, std::forward<Arguments>(arguments)...);
+    }
+
+    int wifiMacAddress(std::string& mac) const {
+        NMClient* client = daemon_.running();
+        NMDeviceWifi* device = client == nullptr ? nullptr : wifiDevice(client);
+        const char* found = device == nullptr ? nullptr : nm_device_get_hw_address(NM_DEVICE(device));
+        if (found == nullptr) return CONNECTION_ERROR_NO_CONNECTION;
+        mac = found;
+        return CONNECTION_ERROR_NONE;
+    }
+
     void rememberMac(NMClient* client) {
         NMDevice* device = wiredDevice(client);
         const char* found = device == nullptr ? nullptr : nm_device_get_hw_address(device);
@@ -125,21 +168,38 @@ class NetworkManagerBackend final : public Backend {
         NMClient* client = daemon_.running();
         if (client != nullptr) rememberMac(client);
         const auto link = client == nullptr ? std::nullopt : knownLink(client);
-        const bool linkChanged = link && link != link_;
+        const bool overWifi = client == nullptr ? overWifi_ : connectedOverWifi(client);
+        const bool linkChanged = (link && link != link_) || overWifi != overWifi_;
         link_ = link;
-        const ShownAddresses addresses = client == nullptr ? addresses_ : shownAddresses(client);
+        overWifi_ = overWifi;
+        const ShownAddresses addresses = client == nullptr ? addresses_ : currentAddresses(client);
         const bool addressesChanged = !(addresses == addresses_);
         addresses_ = addresses;
         if (!addresses.settled) settle_.start(kSettleSeconds, [this] { compare(); });
         notify(linkChanged, addressesChanged);
     }
 
+    // The cable comes before the radio, as it does in the routes.
+    int connectionType() const {
+        if (link_ == CONNECTION_ETHERNET_CONNECTED) return CONNECTION_TYPE_ETHERNET;
+        return overWifi_ ? CONNECTION_TYPE_WIFI : CONNECTION_TYPE_DISCONNECTED;
+    }
+
+    static bool connectedOverWifi(NMClient* client) {
+        NMDeviceWifi* device = wifiDevice(client);
+        return device != nullptr && wifiConnection(device) != nullptr;
+    }
+
+    static ShownAddresses currentAddresses(NMClient* client) {
+        const bool overWifi = linkState(client) != CONNECTION_ETHERNET_CONNECTED && connectedOverWifi(client);
+        return overWifi ? shownAddressesOf(NM_DEVICE(wifiDevice(client))) : shownAddresses(client);
+    }
+
     // An observer may take this backend away from inside its callback.
     void notify(bool linkChanged, bool addressesChanged) {
         const std::weak_ptr<bool> alive = alive_;
-        const bool connected = link_ == CONNECTION_ETHERNET_CONNECTED;
         if (linkChanged && observer_ != nullptr) {
-            observer_->connectionTypeChanged(connected ? CONNECTION_TYPE_ETHERNET : CONNECTION_TYPE_DISCONNECTED);
+            observer_->connectionTypeChanged(connectionType());
         }
         if (addressesChanged && !alive.expired() && observer_ != nullptr) {
             observer_->addressChanged(addresses_.ipv4, addresses_.ipv6);
@@ -149,56 +209,16 @@ class NetworkManagerBackend final : public Backend {
     const Options options_;
     Observer* observer_ = nullptr;
     std::optional<int> link_;  // nullopt: unknown
+    bool overWifi_ = false;
     std::optional<double> withoutDeviceSince_;
     ShownAddresses addresses_;
     std::string mac_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     Timer settle_;
     DaemonClient daemon_;
-    ProfileStore store_{[](NMClient* client, const std::string& id) {
-        const auto found = readProfile(client, id);
-        return found ? found->ipv6 : Ipv6Values{};
-    }};
+    ProfileStore store_;
+    Radio radio_{store_};
 };
-
-// A bus connection of its own, so that the answer is complete before this returns.
-GDBusConnection* connectToSystemBus(GMainContext* context) {
-    const std::unique_ptr<char, decltype(&g_free)> address(
-        g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr), &g_free);
-    if (address == nullptr) return nullptr;
-    struct Connecting {
-        GDBusConnection* bus = nullptr;
-        bool finished = false;
-    } connecting;
-    const Object<GCancellable> cancellable(g_cancellable_new());
-    const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    const auto done = [](GObject*, GAsyncResult* result, gpointer data) {
-        auto* const self = static_cast<Connecting*>(data);
-        self->bus = g_dbus_connection_new_for_address_finish(result, nullptr);
-        self->finished = true;
-    };
-    g_dbus_connection_new_for_address(address.get(), flags, nullptr, cancellable.get(), done, &connecting);
-    const auto finished = [&] { return connecting.finished; };
-    if (!iterateUntil(context, finished, kNameLimit)) {
-        g_cancellable_cancel(cancellable.get());
-        while (!finished())
-            g_main_context_iteration(context, TRUE);
-    }
-    return connecting.bus;
-}
-
-bool nameHasOwner(GDBusConnection* bus) {
-    GVariant* reply = g_dbus_connection_call_sync(
-        bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
-        g_variant_new("(s)", NM_DBUS_SERVICE), G_VARIANT_TYPE("(b)"), G_DBUS_CALL_FLAGS_NO_AUTO_START,
-        static_cast<int>(kNameLimit.count()), nullptr, nullptr);
-    if (reply == nullptr) return false;
-    gboolean owned = FALSE;
-    g_variant_get(reply, "(b)", &owned);
-    g_variant_unref(reply);
-    return owned;
-}
 
 }  // namespace
 
@@ -206,16 +226,6 @@ std::unique_ptr<Backend> openNetworkManager(const Options& options, std::string&
     auto backend = std::make_unique<NetworkManagerBackend>(options);
     if (!backend->open(error)) return nullptr;
     return backend;
-}
-
-bool networkManagerAnswers() {
-    GMainContext* context = g_main_context_new();
-    g_main_context_push_thread_default(context);
-    bool owned = false;
-    if (const Object<GDBusConnection> bus(connectToSystemBus(context)); bus != nullptr) owned = nameHasOwner(bus.get());
-    g_main_context_pop_thread_default(context);
-    g_main_context_unref(context);
-    return owned;
 }
 
 }  // namespace network

@@ -9,6 +9,7 @@
 #include "http_probe.h"
 #include "network/timer.h"
 #include "platform_log.h"
+#include "weak_self.h"
 #include "wired_network.h"
 
 namespace network {
@@ -22,7 +23,6 @@ class OnlineQuestion final : public Question {
         : device_(NM_DEVICE(g_object_ref(device))),
           url_(std::move(url)),
           answer_(std::move(answer)),
-          self_(std::make_shared<OnlineQuestion*>(this)),
           started_(ecore_time_get()) {
         daemonChecks_ =
             nm_client_connectivity_check_get_available(client) && nm_client_connectivity_check_get_enabled(client);
@@ -35,18 +35,16 @@ class OnlineQuestion final : public Question {
             return CONNECTION_ERROR_OUT_OF_MEMORY;
         }
         if (!daemonChecks_) return startHttp();
-        nm_client_check_connectivity_async(client, cancellable_.get(), &OnlineQuestion::onChecked, new Weak(self_));
+        nm_client_check_connectivity_async(client, cancellable_.get(), &OnlineQuestion::onChecked, self_.data());
         return CONNECTION_ERROR_NONE;
     }
 
   private:
-    using Weak = std::weak_ptr<OnlineQuestion*>;
-
     static void onChecked(GObject* client, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<Weak> weak(static_cast<Weak*>(data));
+        auto* const self = WeakSelf<OnlineQuestion>::take(data);
         GError* failure = nullptr;
         nm_client_check_connectivity_finish(NM_CLIENT(client), result, &failure);
-        if (const auto self = weak->lock()) (*self)->onChecked(failure);
+        if (self != nullptr) self->onChecked(failure);
         g_clear_error(&failure);
     }
 
@@ -93,7 +91,7 @@ class OnlineQuestion final : public Question {
     Object<NMDevice> device_;
     const std::string url_;
     Answer answer_;
-    std::shared_ptr<OnlineQuestion*> self_;
+    WeakSelf<OnlineQuestion> self_{this};
     const double started_;
     bool daemonChecks_ = false;
     Object<GCancellable> cancellable_{g_cancellable_new()};

@@ -6,6 +6,7 @@
 #include "daemon_error.h"
 #include "handles.h"
 #include "ipv6_change.h"
+#include "live_values.h"
 #include "network/ipv6_settings.h"
 #include "network/timer.h"
 #include "platform_log.h"
@@ -72,8 +73,7 @@ NMDevice* deviceOn(NMClient* client, const std::string& id) {
 struct ProfileStore::Work : std::enable_shared_from_this<Work> {
     using Self = std::shared_ptr<Work>;
 
-    Work(NMClient* nmClient, std::string uuid, LiveValues liveValues)
-        : client(NM_CLIENT(g_object_ref(nmClient))), id(std::move(uuid)), live(std::move(liveValues)) {}
+    Work(NMClient* nmClient, std::string uuid) : client(NM_CLIENT(g_object_ref(nmClient))), id(std::move(uuid)) {}
 
     void cancel() {
         g_cancellable_cancel(cancellable.get());
@@ -124,7 +124,7 @@ struct ProfileStore::Work : std::enable_shared_from_this<Work> {
     void change(NMConnection* profile) {
         const Object<NMConnection> changed(nm_simple_connection_new_clone(profile));
         written = std::exchange(asked, {});
-        asked = changeIpv6(changed.get(), written, live(client.get(), id));
+        asked = changeIpv6(changed.get(), written, liveValuesOf(client.get(), id));
         if (sameSettings(profile, changed.get())) return finish();
         GError* refusal = nullptr;
         if (!nm_connection_normalize(changed.get(), nullptr, nullptr, &refusal)) return fail(refusal);
@@ -178,7 +178,6 @@ struct ProfileStore::Work : std::enable_shared_from_this<Work> {
     Object<NMClient> client;
     const std::string id;
     std::string path;
-    const LiveValues live;
     Ipv6Settings asked;    // not written yet
     Ipv6Settings written;  // being written
     bool busy = false;
@@ -186,8 +185,6 @@ struct ProfileStore::Work : std::enable_shared_from_this<Work> {
     Object<GCancellable> cancellable{g_cancellable_new()};
     Timer begin;
 };
-
-ProfileStore::ProfileStore(LiveValues live) : live_(std::move(live)) {}
 
 ProfileStore::~ProfileStore() {
     for (const auto& [id, work] : works_)
@@ -205,12 +202,12 @@ int ProfileStore::store(NMClient* client, const std::string& id, const Ipv6Setti
     if (!mayChange(client, profile)) return CONNECTION_ERROR_OPERATION_FAILED;
 
     auto& work = works_[id];
-    if (work == nullptr) work = std::make_shared<Work>(client, id, live_);
+    if (work == nullptr) work = std::make_shared<Work>(client, id);
     Ipv6Settings all = work->written;
     merge(work->asked, all);
     merge(settings, all);
     if (isEmpty(all)) return CONNECTION_ERROR_NONE;
-    if (!wouldBeTaken(profile, all, live_(client, id))) return CONNECTION_ERROR_INVALID_PARAMETER;
+    if (!wouldBeTaken(profile, all, liveValuesOf(client, id))) return CONNECTION_ERROR_INVALID_PARAMETER;
     merge(settings, work->asked);
     work->more = work->busy;
     work->wake();

@@ -4,7 +4,6 @@
 
 #include <NetworkManager.h>
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -16,10 +15,7 @@ namespace network {
 
 class ProfileStore {
   public:
-    // live: the values of the profile as they are now.
-    using LiveValues = std::function<Ipv6Values(NMClient* client, const std::string& id)>;
-
-    explicit ProfileStore(LiveValues live);
+    ProfileStore() = default;
     ~ProfileStore();
     ProfileStore(const ProfileStore&) = delete;
     ProfileStore& operator=(const ProfileStore&) = delete;
@@ -38,7 +34,6 @@ class ProfileStore {
 
   private:
     struct Work;
-    const LiveValues live_;
     std::map<std::string, std::shared_ptr<Work>> works_;  // by UUID
 };
 

@@ -1,30 +1,11 @@
 #include "wired_network.h"
 
-#include <arpa/inet.h>
-#include <net/if.h>
-
-#include <algorithm>
-#include <fstream>
-#include <string_view>
-
-#include "address_choice.h"
 #include "connection_manager.h"
 #include "ipv6_change.h"
+#include "live_values.h"
 
 namespace network {
 namespace {
-
-constexpr const char* kKernelAddresses = "/proc/net/if_inet6";
-
-template <typename T>
-std::span<T* const> itemsOf(const GPtrArray* array) {
-    if (array == nullptr) return {};
-    return {reinterpret_cast<T* const*>(array->pdata), array->len};
-}
-
-std::string textOf(const char* text) {
-    return text == nullptr ? "" : text;
-}
 
 bool isWired(NMConnection* profile) {
     return nm_connection_is_type(profile, NM_SETTING_WIRED_SETTING_NAME);
@@ -59,11 +40,6 @@ NMActiveConnection* activationOf(NMClient* client, const std::string& id) {
     return best;
 }
 
-NMDevice* deviceOf(NMActiveConnection* active) {
-    const auto devices = itemsOf<NMDevice>(nm_active_connection_get_devices(active));
-    return devices.empty() ? nullptr : devices.front();
-}
-
 // The daemon keeps a profile active for some seconds after its cable is pulled; it is not connected all the same.
 int profileState(NMActiveConnection* active) {
     NMDevice* device = active == nullptr ? nullptr : deviceOf(active);
@@ -83,50 +59,10 @@ bool isConnected(NMDevice* device) {
     return active != nullptr && isWired(active) && profileState(active) == CONNECTION_PROFILE_STATE_CONNECTED;
 }
 
-// Without flags from the kernel every address is taken for usable; one that the kernel does not have is not.
-std::vector<AddressCandidate> candidatesOf(NMIPConfig* config, const std::string& interfaceName) {
-    std::vector<AddressCandidate> candidates;
-    std::ifstream lines(kKernelAddresses);
-    const bool flagsAreKnown = lines.is_open();
-    const AddressFlags flags = readAddressFlags(lines, interfaceName);
-    for (auto* address : itemsOf<NMIPAddress>(nm_ip_config_get_addresses(config))) {
-        const auto text = normalisedAddress(textOf(nm_ip_address_get_address(address)));
-        if (!text) continue;
-        const auto known = flags.find(*text);
-        if (flagsAreKnown && known == flags.end()) continue;
-        candidates.push_back({*text, static_cast<std::uint8_t>(nm_ip_address_get_prefix(address)),
-                              known == flags.end() ? 0 : known->second});
-    }
-    return candidates;
-}
-
-void readLiveValues(NMActiveConnection* active, Ipv6Values& values) {
-    NMIPConfig* config = nm_active_connection_get_ip6_config(active);
-    NMDevice* device = deviceOf(active);
-    if (config == nullptr || device == nullptr) return;
-    const auto candidates = candidatesOf(config, interfaceOf(device));
-    if (const AddressCandidate* shown = chooseAddress(candidates); shown != nullptr) {
-        values.address = shown->address;
-        values.prefixLength = shown->prefixLength;
-    }
-    values.gateway = normalisedAddress(textOf(nm_ip_config_get_gateway(config))).value_or("");
-    const char* const* servers = nm_ip_config_get_nameservers(config);
-    for (; servers != nullptr && *servers != nullptr; ++servers) {
-        if (const auto server = normalisedAddress(*servers)) values.dns.push_back(*server);
-    }
-}
-
 int rankOf(NMDevice* device) {
     if (!isManaged(device)) return 0;
     if (isConnected(device)) return 3;
     return hasLink(device) ? 2 : 1;
-}
-
-std::string firstIpv4(NMDevice* device) {
-    NMIPConfig* config = nm_device_get_ip4_config(device);
-    if (config == nullptr) return "";
-    const auto addresses = itemsOf<NMIPAddress>(nm_ip_config_get_addresses(config));
-    return addresses.empty() ? "" : textOf(nm_ip_address_get_address(addresses.front()));
 }
 
 }  // namespace
@@ -173,33 +109,12 @@ NMDevice* wiredDevice(NMClient* client) {
 }
 
 ShownAddresses shownAddresses(NMClient* client) {
-    ShownAddresses shown;
     NMDevice* device = wiredDevice(client);
-    if (device == nullptr || !isConnected(device)) return shown;
-    shown.ipv4 = firstIpv4(device);
-    NMIPConfig* config = nm_device_get_ip6_config(device);
-    if (config == nullptr) return shown;
-    const auto candidates = candidatesOf(config, interfaceOf(device));
-    if (const AddressCandidate* chosen = chooseAddress(candidates)) shown.ipv6 = chosen->address;
-    shown.settled = std::ranges::none_of(candidates, isTentative, &AddressCandidate::flags);
-    return shown;
-}
-
-std::string interfaceOf(NMDevice* device) {
-    const char* name = nm_device_get_ip_iface(device);
-    return textOf(name != nullptr ? name : nm_device_get_iface(device));
+    return device == nullptr || !isConnected(device) ? ShownAddresses{} : shownAddressesOf(device);
 }
 
 std::optional<Neighbour> gatewayOf(NMClient* client, const std::string& id) {
-    NMActiveConnection* active = activationOf(client, id);
-    NMIPConfig* config = active == nullptr ? nullptr : nm_active_connection_get_ip6_config(active);
-    NMDevice* device = active == nullptr ? nullptr : deviceOf(active);
-    if (config == nullptr || device == nullptr) return std::nullopt;
-    Neighbour gateway;
-    gateway.interfaceIndex = if_nametoindex(interfaceOf(device).c_str());
-    const bool usable = inet_pton(AF_INET6, textOf(nm_ip_config_get_gateway(config)).c_str(), &gateway.address) == 1 &&
-                        !IN6_IS_ADDR_UNSPECIFIED(&gateway.address) && gateway.interfaceIndex != 0;
-    return usable ? std::optional(gateway) : std::nullopt;
+    return gatewayOf(activationOf(client, id));
 }
 
 }  // namespace network

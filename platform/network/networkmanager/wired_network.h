@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "neighbour_table.h"
-#include "network/backend.h"
+#include "live_values.h"
 
 namespace network {
 
@@ -25,16 +24,8 @@ std::optional<int> linkState(NMClient* client);
 // The device that the wired network runs on, or would: an activated one first, then one with a link. Null: none.
 NMDevice* wiredDevice(NMClient* client);
 
-struct ShownAddresses {
-    std::string ipv4, ipv6;
-    bool settled = true;  // false: a duplicate address detection still runs, whose end nobody tells
-    bool operator==(const ShownAddresses& other) const { return ipv4 == other.ipv4 && ipv6 == other.ipv6; }
-};
 // The addresses of the connected device; empty without one.
 ShownAddresses shownAddresses(NMClient* client);
-
-// The device's interface, by name in this network namespace.
-std::string interfaceOf(NMDevice* device);
 
 // The gateway of a connected profile. nullopt: it has none.
 std::optional<Neighbour> gatewayOf(NMClient* client, const std::string& id);

@@ -1,6 +1,7 @@
 // The radio of a simulated network: access points, connecting, and their questions.
 #include <algorithm>
 
+#include "attempt_question.h"
 #include "ipv6_settings.h"
 #include "simulated_network.h"
 
@@ -8,18 +9,6 @@ namespace network::simulated {
 namespace {
 
 constexpr double kAssociationLimit = 30;  // seconds
-
-// Withdraws the answer of an attempt; the attempt itself goes on.
-class AttemptQuestion final : public Question {
-  public:
-    explicit AttemptQuestion(std::shared_ptr<Answer> answer) : answer_(std::move(answer)) {}
-    ~AttemptQuestion() override { *answer_ = nullptr; }
-    AttemptQuestion(const AttemptQuestion&) = delete;
-    AttemptQuestion& operator=(const AttemptQuestion&) = delete;
-
-  private:
-    std::shared_ptr<Answer> answer_;
-};
 
 }  // namespace
 
@@ -85,8 +74,7 @@ void SimulatedNetwork::endAttempt(int result) {
     const std::shared_ptr<Answer> answer = attempt_->answer;
     attempt_.reset();
     if (result == CONNECTION_ERROR_NONE) announce([&] { state_.radio->connected = id; });
-    // Its own copy: the receiver may withdraw the question meanwhile, or release this network.
-    if (const Answer told = *answer) told(result);
+    tell(answer, result);
 }
 
 int SimulatedNetwork::disconnectAccessPoint(const std::string& id, Answer answer, std::unique_ptr<Question>& question) {
