@@ -31,6 +31,10 @@ constexpr const char* kWirelessScenarios[] = {
     "wifi-dhcp-failed", "wifi-markup-name",  "wifi-hostile-names",   "wifi-late-address",     "wifi-wrong-passphrase",
     "wifi-off",         "wifi-no-address",   "wifi-home-5g-first",   "wifi-reconnect",        "wifi-raw-name"};
 
+// The toolkit remembers, in one variable of its own, the last widget that was to get the focus before it was known to a
+// focus manager, and does not forget it when that widget is deleted: it complains at the next such request.
+constexpr const char* kForgottenCandidate = "efl_event_callback_del() Eo ID";
+
 constexpr const char* kMoves[] = {"Up", "Down", "Left", "Right"};
 constexpr const char* kTyping[] = {"0",     "1",         "2",         "3",    "4",       "5", "6",   "7",
                                    "8",     "9",         "a",         "b",    "c",       "d", "e",   "f",
@@ -75,7 +79,7 @@ constexpr const char* kValues[] = {
     "fe80::1%eth0",
     "<b>&lt;</b><br/>",
     "%s%n%d",
-    "line\nbreak\ttab\x1b[31m",
+    "tab\ttab\x1b[31m",
     "2001:0db8:0000:0000:0000:0000:0000:0001",
     "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff",
     "📺אבג"};
@@ -193,11 +197,12 @@ std::string action(Dice& dice, bool wireless) {
     return kind < 88 ? happening(dice, wireless) : pause(dice);
 }
 
-// Menu closes at once. Back takes one step after the other; its question on the keyboard wants an answer.
+// Menu closes everything at once, except over the mode choice, which only XF86Close and XF86Back close. Back takes one
+// step after the other; its question on the keyboard wants an answer.
 std::string closing(Dice& dice) {
     std::string script = "open\n";
     if (dice.oneIn(2)) {
-        script += "key Menu\n";
+        script += "try key XF86Close\nwait 0.1\ntry key Menu\n";
     } else {
         for (int step = 0; step < 5; ++step)
             script += "try key XF86Back\ntry click part button1\n";
@@ -214,21 +219,30 @@ std::string randomScript(Dice& dice, bool wireless, int actions) {
     return script;
 }
 
+// A script of its own stores the configuration, so that it replays anywhere, and opens the gadget anew on it.
+std::string randomStore(Dice& dice, bool wireless) {
+    const std::string start = "set-store db/menu/network/";
+    std::string script = start + "network_type " + (wireless ? "Wireless\n" : "Wired\n");
+    for (std::size_t i = 0; i < std::size(kNames); ++i) {
+        if (dice.oneIn(4)) continue;
+        const std::string value = i < kModeNames ? dice.pick(kModes) : dice.pick(kValues);
+        script += start + (wireless ? "wireless_" : "wired_") + kNames[i] + "_V6 \"" + value + "\"\n";
+    }
+    return script + "key Menu\nexpect closed within 1\n";
+}
+
 HostSetup randomRun(std::uint64_t seed, int actions) {
     Dice dice(seed);
     const bool wireless = seed % 2 == 1;
     HostSetup setup{.network = scenario(wireless ? dice.pick(kWirelessScenarios) : dice.pick(kWiredScenarios)),
+                    // Frames that come from the heap save a third of the time.
+                    .environment = {{"MALLOC_MMAP_THRESHOLD_", "1000000000"}, {"MALLOC_TRIM_THRESHOLD_", "2000000000"}},
                     .arguments = {"--size", "640x360"},
+                    .allowed = {kForgottenCandidate},
                     .timeout = 280};
-    setup.store.emplace_back("db/menu/network/network_type", wireless ? "Wireless" : "Wired");
     setup.store.emplace_back("db/menu/system/accessibility/highcontrast", static_cast<int>(dice.below(2)));
     setup.store.emplace_back("db/menu/system/accessibility/focuszoom", static_cast<int>(dice.below(2)));
-    const std::string start = wireless ? "db/menu/network/wireless_" : "db/menu/network/wired_";
-    for (std::size_t i = 0; i < std::size(kNames); ++i) {
-        if (dice.oneIn(4)) continue;
-        setup.store.emplace_back(start + kNames[i] + "_V6", i < kModeNames ? dice.pick(kModes) : dice.pick(kValues));
-    }
-    setup.script = randomScript(dice, wireless, actions);
+    setup.script = randomStore(dice, wireless) + randomScript(dice, wireless, actions);
     return setup;
 }
 
