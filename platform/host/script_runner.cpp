@@ -137,13 +137,19 @@ void ScriptRunner::begin() {
     schedule(command.pause + kAfterTimers, &ScriptRunner::attempt);
 }
 
+// What changed meanwhile stands on the screen once it is drawn.
+void ScriptRunner::lookAgain() {
+    ecore_evas_manual_render(ecore_evas_ecore_evas_get(evas_object_evas_get(window_)));
+    attempt();
+}
+
 void ScriptRunner::attempt() {
     const Command& command = commands_.front();
     if (command.needsGadget && !isGadgetOpen()) return fail("the gadget has closed");
     const Outcome outcome = command.act({window_, time(), open_});
     if (outcome.met) return goOn(outcome.seen);
     if (ecore_loop_time_get() >= deadline_) return fail(outcome.seen);
-    schedule(kPollSeconds + kAfterTimers, &ScriptRunner::attempt);
+    schedule(kPollSeconds + kAfterTimers, &ScriptRunner::lookAgain);
 }
 
 void ScriptRunner::goOn(const std::string& seen) {

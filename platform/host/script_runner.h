@@ -44,6 +44,7 @@ class ScriptRunner {
     void settle();
     void begin();
     void attempt();
+    void lookAgain();
     void fail(const std::string& reason);
     void goOn(const std::string& seen);
     void stop(int exitCode);
