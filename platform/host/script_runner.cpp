@@ -125,8 +125,12 @@ void ScriptRunner::settle() {
         if (!readsInput_ && !isGadgetOpen()) stop(kExitClosed);
         return;
     }
-    ecore_evas_manual_render(ecore_evas_ecore_evas_get(evas_object_evas_get(window_)));
+    draw();
     schedule(0.0, &ScriptRunner::begin);
+}
+
+void ScriptRunner::draw() {
+    ecore_evas_manual_render(ecore_evas_ecore_evas_get(evas_object_evas_get(window_)));
 }
 
 void ScriptRunner::begin() {
@@ -142,7 +146,13 @@ void ScriptRunner::attempt() {
     const Outcome outcome = command.act({window_, time()});
     if (outcome.met) return succeed(outcome);
     if (ecore_loop_time_get() >= deadline_) return fail(outcome.seen);
-    schedule(kPollSeconds + kAfterTimers, &ScriptRunner::attempt);
+    schedule(kPollSeconds + kAfterTimers, &ScriptRunner::lookAgain);
+}
+
+// What has changed on the screen is seen once it is drawn.
+void ScriptRunner::lookAgain() {
+    draw();
+    schedule(0.0, &ScriptRunner::attempt);
 }
 
 void ScriptRunner::succeed(const Outcome& outcome) {

@@ -42,6 +42,8 @@ class ScriptRunner {
     void settle();
     void begin();
     void attempt();
+    void lookAgain();
+    void draw();
     void succeed(const Outcome& outcome);
     void fail(const std::string& reason);
     void stop(int exitCode);

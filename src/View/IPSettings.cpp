@@ -59,7 +59,7 @@ void focusStatusScreenLater() {
 
 void Ok_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
     LOG_SCOPE();
-    auto* const settings = static_cast<sIPSetting*>(data);
+    sIPSetting* const settings = openSettings(data);
     if (!settings) {
         LOG_DEBUG("Invalid Argument\n");
         return;
@@ -76,7 +76,7 @@ void Ok_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
 
 void close_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
     LOG_SCOPE();
-    auto* const settings = static_cast<sIPSetting*>(data);
+    sIPSetting* const settings = openSettings(data);
     if (!settings) {
         LOG_DEBUG("Invalid Argument\n");
         return;

@@ -113,6 +113,10 @@ bool isSettingsOpen() {
     return sIPSettingObj && sIPSettingObj->popup;
 }
 
+sIPSetting* openSettings(void* data) {
+    return data == sIPSettingObj ? sIPSettingObj : nullptr;
+}
+
 sipSettingChangeVal* openPrefixPopup() {
     return sipSettingChangeValobj;
 }

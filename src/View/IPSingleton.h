@@ -44,6 +44,9 @@ void delCustKeyboard();
 
 // Whether there is a screen, a keyboard, without making one.
 bool isSettingsOpen();
+// The record of the open screen, when that is what the data of a callback points at: the second click of one turn of
+// the main loop may come after the first one has closed the screen.
+sIPSetting* openSettings(void* data);
 bool isKeyboardOpen();
 // The record of the open prefix popup, or null.
 sipSettingChangeVal* openPrefixPopup();
