@@ -33,6 +33,19 @@ void failNext(const std::string& call, const char* times = "always") {
     ASSERT_EQ(network::command(Words{"fault", call, "OPERATION_FAILED", times}), "");
 }
 
+std::string wiredSecondaryDns() {
+    connection_profile_handle profile = nullptr;
+    Updated_Ethernet_Profile_Handle(&profile);
+    PlatformText text;
+    const int result = fetchText(text, connection_profile_get_dns_address, profile, 2, 1);
+    return result == 0 ? text.get() : "none";
+}
+
+std::string wifiSecondaryDns() {
+    PlatformText text;
+    return fetchText(text, wifi_ap_get_dns_address, getObject()->apHandle, 2, 1) == 0 ? text.get() : "none";
+}
+
 TEST_F(WiredSettingsAdapter, SwitchesAndUpdatesWhateverTheSwitchGave) {
     const std::string updated = "Success  update_profile  [NONE]";
     const auto ipManual = [] { _Set_IP_Config_Type(kSwitchToManual); };
@@ -118,7 +131,9 @@ TEST_F(WiredSettingsAdapter, WritesInOrderUpToTheFirstRefusal) {
         failNext(failing, "1");
         EXPECT_EQ(said(write), expected) << failing;
     }
+    _Set_DNS_Config_Type(kSwitchToManual);
     EXPECT_EQ(said(write), whole);
+    EXPECT_EQ(wiredSecondaryDns(), "2001:db8:9::53");
     const sglobalIPValues noNumber = values("abc");
     EXPECT_EQ(said([&] { Set_Wired_Conn_Info(&noNumber); }).back(), "Fail to set Prefix Length [INVALID_PARAMETER][0]");
     failNext("connection_profile_set_dns_address", "1");
@@ -126,6 +141,7 @@ TEST_F(WiredSettingsAdapter, WritesInOrderUpToTheFirstRefusal) {
               (Words{"Valid Connection Handler", "Valid Profile Handler",
                      "Fail to Set Primary DNS Address : OPERATION_FAILED",
                      "Success to Set Secondary DNS Address : NONE", "connection_update_profile success"}));
+    EXPECT_EQ(wiredSecondaryDns(), "2001:db8:9::54");
 }
 
 TEST_F(WiredSettingsAdapter, WorksOnAProfileThatIsNotConnectedYet) {
@@ -184,11 +200,18 @@ TEST_F(WifiSettingsAdapter, WritesToEveryoneOfTheNameWhateverIsRefused) {
         failNext(failing, "1");
         EXPECT_EQ(said([&] { EXPECT_EQ(Set_AP_Connection_Info(&wanted), 1); }), expected) << failing;
     }
+    sglobalIPValues forOne = wanted;
+    copyText(forOne.apName, kLongName + "2");
+    EXPECT_EQ(said([&] { Set_AP_Connection_Info(&forOne); }), one) << "the whole name counts";
     name("Home");
+    ASSERT_EQ(Get_AP_Connection_Info(settings_), 0);
+    EXPECT_EQ(read()[0], "02:00:5E:20:00:05") << "the first of the name";
     ASSERT_EQ(network::command(Words{"wifi", "vanish", "Home"}), "");
     Set_Wireless_IP_Config_Type(kSwitchToManual, settings_);
+    Set_Wireless_DNS_Config_Type(kSwitchToManual, settings_);
     ASSERT_EQ(Get_AP_Connection_Info(settings_), 0);
     EXPECT_EQ(read()[2], "44") << "eight bits of 300";
+    EXPECT_EQ(wifiSecondaryDns(), "2001:db8:9::53");
 }
 
 TEST_F(WifiSettingsAdapter, SwitchesInOrderWhateverIsRefused) {
@@ -207,6 +230,7 @@ TEST_F(WifiSettingsAdapter, SwitchesInOrderWhateverIsRefused) {
               (Words{"success to set primary dns address[NONE]", "success to set secondary dns address[NONE]"}));
     Get_AP_Connection_Info(settings_);
     EXPECT_EQ(read()[4], "2001:db8:9::54");
+    EXPECT_EQ(wifiSecondaryDns(), "2001:db8:9::54");
     Set_Wireless_DNS_Config_Type(kSwitchToAutomatic, settings_);
     Set_Wireless_DNS_Config_Type(kSwitchToManual, settings_);
     char* dns = nullptr;

@@ -119,9 +119,11 @@ TEST_F(WiredSettingsAdapter, LivesWithoutAProfileOrAConnection) {
 
 TEST_F(WifiSettingsAdapter, FindsAccessPointsByTheirNames) {
     openWifi();
-    name(kLongName + "1");
-    Get_AP_Connection_Info(settings_);
-    EXPECT_EQ(found(), kLongName + "1") << "values: the whole name, the first match";
+    for (const char* last : {"1", "2", "1"}) {
+        name(kLongName + last);
+        Get_AP_Connection_Info(settings_);
+        EXPECT_EQ(found(), kLongName + last) << "values: the whole name, the first match";
+    }
     Set_Wireless_IP_Config_Type(kSwitchToManual, settings_);
     EXPECT_EQ(found(), kLongName + "2") << "changes: 32 bytes, the last match";
     Set_Wireless_DNS_Config_Type(kSwitchToAutomatic, settings_);
