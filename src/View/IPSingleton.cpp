@@ -113,6 +113,11 @@ bool isSettingsOpen() {
     return sIPSettingObj && sIPSettingObj->popup;
 }
 
+bool isEditorOpen() {
+    const bool prefixIsOpen = sipSettingChangeValobj && sipSettingChangeValobj->popup;
+    return isKeyboardOpen() || prefixIsOpen || (sIPSettingObj && sIPSettingObj->typePopup);
+}
+
 sIPSetting* openSettings(void* data) {
     return data == sIPSettingObj ? sIPSettingObj : nullptr;
 }

@@ -12,7 +12,6 @@
 #include "View/Keyboard_Idle.h"
 #include "View/Keyboard_Keys.h"
 #include "View/Keyboard_Popups.h"
-#include "View/NS_Buttons.h"
 
 namespace {
 
@@ -164,14 +163,4 @@ void forgetFocusedKey() {
     lastKey = kKeyDone;
     if (focusCheck) ecore_job_del(focusCheck);
     focusCheck = nullptr;
-}
-
-void focusStatusBelow() {
-    const sNetworkStatus* const status = createNetworkStatus();
-    if (status && status->layout) focusStopButton(*status);
-}
-
-void keepPointerFromFocusing(Evas_Object* popup) {
-    elm_object_focus_move_policy_automatic_set(popup, EINA_FALSE);
-    elm_object_focus_move_policy_set(popup, ELM_FOCUS_MOVE_POLICY_KEY_ONLY);
 }
