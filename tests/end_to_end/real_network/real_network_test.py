@@ -107,7 +107,11 @@ class RealNetwork(unittest.TestCase):
         tv_network.wait_until(lambda: self.profile() == MANUAL, "the way back")
         self.gadget.do(SUCCESS)
         self.assertIn("2001:db8:7:1::42/80", self.addresses())
-        self.close_gadget()
+        # So does a gadget that closes with the change on the screen.
+        self.sees(*OPEN_SETTINGS, "key Return", 'expect focus "Enter manually" within 2', "key Up", "key Return",
+                  'expect focus "IP settings Obtain automatically" within 2', "key F10", "expect closed within 5")
+        self.assertEqual(self.gadget.end(), 0, "how the host ended")
+        self.assertEqual(self.profile(), MANUAL)
 
     def test_killed_in_the_middle_of_an_edit(self):
         self.connect()
