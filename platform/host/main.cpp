@@ -101,11 +101,12 @@ int runGadget(const host::HostOptions& options, Evas_Object* window, host::Scrip
     const auto onClosed = [script] {
         if (script == nullptr || script->isDone()) elm_exit();
     };
-    const host::OpenResult opened = host::openGadget(options.module, onClosed);
+    const auto open = [&options, onClosed] { return host::openGadget(options.module, onClosed); };
+    const host::OpenResult opened = open();
     if (opened.failure != host::OpenFailure::kNone) return complain(exitCodeOf(opened.failure), opened.message);
     host::followWindow(window);
     ecore_event_handler_add(ECORE_EVENT_SIGNAL_EXIT, endOnSignal, nullptr);
-    if (script != nullptr) script->start(window);
+    if (script != nullptr) script->start(window, open);
     elm_run();
     const int exitCode = script == nullptr ? host::kExitClosed : script->exitCode();
     host::closeGadgetNow();

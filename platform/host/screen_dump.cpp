@@ -140,13 +140,18 @@ std::string focusLabel(Evas_Object* focused) {
 
 namespace host::screen {
 
+Evas_Object* focused(Evas_Object* window) {
+    Evas_Object* object = elm_object_focused_object_get(window);
+    if (object == nullptr) object = evas_focus_get(evas_object_evas_get(window));
+    return object == nullptr || isType(object, "elm_win") ? nullptr : object;
+}
+
 json focus(Evas_Object* window) {
-    Evas_Object* focused = elm_object_focused_object_get(window);
-    if (focused == nullptr) focused = evas_focus_get(evas_object_evas_get(window));
-    if (focused == nullptr || isType(focused, "elm_win")) return nullptr;
-    return {{"label", focusLabel(focused)},
-            {"part", partAround(focused, parts(window))},
-            {"widget", evas_object_type_get(focused)}};
+    Evas_Object* const widget = focused(window);
+    if (widget == nullptr) return nullptr;
+    return {{"label", focusLabel(widget)},
+            {"part", partAround(widget, parts(window))},
+            {"widget", evas_object_type_get(widget)}};
 }
 
 json dump(Evas_Object* window, double time) {

@@ -19,6 +19,9 @@ namespace host::screen {
  */
 nlohmann::json dump(Evas_Object* window, double time);
 
+// The widget that gets the keys; null when a key would reach nobody.
+Evas_Object* focused(Evas_Object* window);
+
 // What holds the focus: its label and part, or null when a key would reach nobody.
 nlohmann::json focus(Evas_Object* window);
 

@@ -35,6 +35,8 @@ using host::Word;
 
 constexpr double kWindowSeconds = 3;  // what a display may take until it shows the window
 
+constexpr std::array<std::string_view, 3> kTextIdStarts{"COM_", "SID_", "TV_SID_"};
+
 // The words after a command's name, taken one by one.
 class Arguments {
   public:
@@ -70,6 +72,17 @@ class Arguments {
         if (takeKeyword("within")) command.within = takeSeconds();
     }
 
+    int takePixels(const char* what) {
+        const Word& word = takeWord(what);
+        int pixels = 0;
+        const auto [end, error] = std::from_chars(word.text.data(), word.text.data() + word.text.size(), pixels);
+        const bool whole = error == std::errc{} && end == word.text.data() + word.text.size();
+        if (!whole || pixels < 0 || pixels > kLargestPlace) {
+            throw SyntaxError(word.column, "'" + word.text + "' is not a number of pixels from 0 to 7680");
+        }
+        return pixels;
+    }
+
     std::vector<std::string> takeAll(const char* what) {
         std::vector<std::string> all{take(what)};
         while (!words_.empty())
@@ -83,6 +96,7 @@ class Arguments {
 
   private:
     static constexpr double kLongestWait = 86400;
+    static constexpr int kLargestPlace = 7680;
     std::span<const Word> words_;
     std::size_t endColumn_;
 };
@@ -150,6 +164,17 @@ Outcome hasFocus(const Stage& stage, const Wanted& wanted) {
     return {wanted.matches(label), "the focus is on \"" + label + "\""};
 }
 
+// What no screen of a gadget may ever show, nor do.
+Outcome isSane(const Stage& stage) {
+    if (!host::isGadgetOpen()) return {true, "the gadget has closed"};
+    if (host::screen::focused(stage.window) == nullptr) return {false, "nothing has the focus"};
+    for (const host::screen::Text& seen : host::screen::texts(stage.window)) {
+        const auto begins = [&seen](std::string_view start) { return seen.text.starts_with(start); };
+        if (std::ranges::any_of(kTextIdStarts, begins)) return {false, "an untranslated text: " + seen.text};
+    }
+    return {};
+}
+
 Outcome gadgetIs(bool open) {
     return {host::isGadgetOpen() == open, host::isGadgetOpen() ? "the gadget is open" : "the gadget has closed"};
 }
@@ -159,6 +184,8 @@ void parseExpect(Arguments& arguments, Command& command) {
         command.act = [](const Stage&) { return gadgetIs(false); };
     } else if (arguments.takeKeyword("open")) {
         command.act = [](const Stage&) { return gadgetIs(true); };
+    } else if (arguments.takeKeyword("sane")) {
+        command.act = isSane;
     } else if (arguments.takeKeyword("focus")) {
         command.needsGadget = true;
         command.act = [wanted = takeWanted(arguments)](const Stage& stage) { return hasFocus(stage, wanted); };
@@ -185,17 +212,19 @@ void parseKey(Arguments& arguments, Command& command) {
     };
 }
 
-Outcome click(const Stage& stage, Evas_Object* object) {
+Outcome clickAt(const Stage& stage, int x, int y) {
     Evas* const canvas = evas_object_evas_get(stage.window);
-    const Eina_Rectangle area = host::screen::seenArea(object);
-    const int x = area.x + area.w / 2;
-    const int y = area.y + area.h / 2;
     const auto now = static_cast<unsigned int>(ecore_loop_time_get() * 1000.0);
     evas_event_feed_mouse_in(canvas, now, nullptr);
     evas_event_feed_mouse_move(canvas, x, y, now, nullptr);
     evas_event_feed_mouse_down(canvas, 1, EVAS_BUTTON_NONE, now, nullptr);
     evas_event_feed_mouse_up(canvas, 1, EVAS_BUTTON_NONE, now, nullptr);
     return {true, "at " + std::to_string(x) + "," + std::to_string(y)};
+}
+
+Outcome click(const Stage& stage, Evas_Object* object) {
+    const Eina_Rectangle area = host::screen::seenArea(object);
+    return clickAt(stage, area.x + area.w / 2, area.y + area.h / 2);
 }
 
 Outcome clickText(const Stage& stage, const Wanted& wanted) {
@@ -215,6 +244,10 @@ void parseClick(Arguments& arguments, Command& command) {
     command.needsGadget = true;
     if (arguments.takeKeyword("part")) {
         command.act = [name = arguments.take("the part's name")](const Stage& s) { return clickPart(s, name); };
+    } else if (arguments.takeKeyword("at")) {
+        const int x = arguments.takePixels("how far right");
+        const int y = arguments.takePixels("how far down");
+        command.act = [x, y](const Stage& s) { return clickAt(s, x, y); };
     } else {
         command.act = [wanted = takeWanted(arguments)](const Stage& s) { return clickText(s, wanted); };
     }
@@ -297,6 +330,14 @@ void parseSetStore(Arguments& arguments, Command& command) {
     };
 }
 
+void parseOpen(Arguments& /*arguments*/, Command& command) {
+    command.act = [](const Stage& stage) {
+        if (host::isGadgetOpen()) return Outcome{true, "it is open"};
+        const host::OpenResult result = stage.open();
+        return Outcome{result.failure == host::OpenFailure::kNone, result.message};
+    };
+}
+
 void parsePause(Arguments& /*arguments*/, Command& command) {
     command.needsGadget = true;
     command.act = [](const Stage&) {
@@ -342,6 +383,13 @@ struct Row {
     void (*parse)(Arguments& arguments, Command& command);
 };
 
+const Row& findRow(const Word& name);
+
+void parseTry(Arguments& arguments, Command& command) {
+    findRow(arguments.takeWord("the command")).parse(arguments, command);
+    command.mayFail = true;
+}
+
 constexpr std::array kCommands{
     Row{"key", parseKey},
     Row{"click", parseClick},
@@ -353,11 +401,13 @@ constexpr std::array kCommands{
     Row{"shot", parseShot},
     Row{"dump", parseDump},
     Row{"network", parseNetwork},
+    Row{"open", parseOpen},
     Row{"pause", parsePause},
     Row{"resume", parseResume},
     Row{"resize", parseResize},
     Row{"log", parseLog},
     Row{"quit", parseQuit},
+    Row{"try", parseTry},
 };
 
 const Row& findRow(const Word& name) {

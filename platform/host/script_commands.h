@@ -6,12 +6,15 @@
 #include <functional>
 #include <string>
 
+#include "host/gadget_runtime.h"
+
 namespace host {
 
 // What a command works on.
 struct Stage {
     Evas_Object* window;
-    double time;  // seconds since the script's start
+    double time;                              // seconds since the script's start
+    const std::function<OpenResult()>& open;  // opens the gadget when there is none
 };
 
 struct Outcome {
@@ -26,6 +29,7 @@ struct Command {
     double within = 0;         // seconds that it may take until it is met
     bool needsGadget = false;  // senseless once the gadget has closed
     bool quits = false;
+    bool mayFail = false;  // the script goes on then
     std::function<Outcome(const Stage&)> act;
 };
 

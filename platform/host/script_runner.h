@@ -5,6 +5,7 @@
 #include <Evas.h>
 
 #include <deque>
+#include <functional>
 #include <istream>
 #include <string>
 
@@ -23,8 +24,9 @@ class ScriptRunner {
     // Empty, or "file:line:column: reason" of the first wrong line.
     std::string load(const std::string& file);
 
-    // Begins; ends the main loop itself when the script quits, fails, or is done and the gadget gone.
-    void start(Evas_Object* window);
+    // Begins; ends the main loop itself when the script quits, fails, or is done and the gadget gone. `open` opens the
+    // gadget again.
+    void start(Evas_Object* window, std::function<OpenResult()> open);
 
     // No command is left and none will come.
     bool isDone() const { return commands_.empty() && !readsInput_; }
@@ -44,8 +46,8 @@ class ScriptRunner {
     void attempt();
     void lookAgain();
     void draw();
-    void succeed(const Outcome& outcome);
     void fail(const std::string& reason);
+    void goOn(const std::string& seen);
     void stop(int exitCode);
     double time() const { return ecore_loop_time_get() - started_; }
 
@@ -61,6 +63,7 @@ class ScriptRunner {
     int exitCode_ = 0;
 
     Evas_Object* window_ = nullptr;
+    std::function<OpenResult()> open_;
     double started_ = 0;
     double deadline_ = 0;
     Ecore_Timer* timer_ = nullptr;

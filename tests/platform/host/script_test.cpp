@@ -34,6 +34,10 @@ TEST(Script, NamesThePlaceOfAWrongLineBeforeAnythingRuns) {
         {"expect \"a\" until 3", 12, "'until' is too much"},
         {"expect picture a.png in", 24, "the part's name is missing"},
         {"resize 12x12", 8, "is not a size"},
+        {"click at 12", 12, "how far down is missing"},
+        {"click at 12 -1", 13, "is not a number of pixels from 0 to 7680"},
+        {"try", 4, "the command is missing"},
+        {"try dance", 5, "unknown command 'dance'"},
         {"set-store db/key", 17, "the value is missing"},
     };
     for (const WrongLine& wrong : lines) {
@@ -87,6 +91,25 @@ TEST(Script, CarriesOutWhatItSays) {
     EXPECT_EQ(run.exitCode(), 12);
     EXPECT_NE(run.errors().find("expect \"Title \\\"quoted\\\"\""), std::string::npos) << run;
     EXPECT_NE(run.transcript().find("text: \"Title & more\""), std::string::npos) << run;
+}
+
+TEST(Script, GoesOnAfterAFailedTryAndOpensAgain) {
+    const HostRun run(withScreen(R"(
+        wait 0.2
+        expect sane
+        click at 0 0
+        try click "Nowhere"
+        click "Leave"
+        expect closed within 1
+        try key Left
+        expect sane
+        open
+        expect open
+        expect focus "Leave" within 1
+        quit
+    )"));
+    EXPECT_TRUE(run.succeeded()) << run;
+    EXPECT_NE(run.transcript().find("try click \"Nowhere\"  -> not done: not on the screen"), std::string::npos) << run;
 }
 
 TEST(Script, ReadsStandardInput) {
