@@ -19,7 +19,12 @@ namespace {
 using Words = std::span<const char* const>;
 
 constexpr std::uint64_t kSeeds = 20;
+// Each build of the tests plays them; the sanitizers are whom they are for.
+#ifdef __SANITIZE_ADDRESS__
 constexpr int kActions = 1000;
+#else
+constexpr int kActions = 100;
+#endif
 constexpr int kActionsBetweenClosings = 50;
 
 constexpr const char* kWiredScenarios[] = {"success",         "gateway-down",        "gateway-retry", "gateway-silent",
