@@ -136,7 +136,7 @@ void closeEditors() {
 }
 
 bool isKeyboardOpen() {
-    return custKeyboardObj != nullptr;
+    return custKeyboardObj && custKeyboardObj->popup;
 }
 
 void dimSettingsPopup() {

@@ -156,7 +156,8 @@ void keepFocusOnKeys(void* data, Evas_Object* button, void* /*event*/) {
 
 void focusLastKey(const custKeyboard& keyboard) {
     Evas_Object* const key = keyboard.mV6_buttons[lastKey];
-    if (key) elm_object_focus_set(key, EINA_TRUE);
+    Evas_Object* const target = key ? key : keyboard.IME_Password_bg;
+    if (target) elm_object_focus_set(target, EINA_TRUE);
 }
 
 void forgetFocusedKey() {

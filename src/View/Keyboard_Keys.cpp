@@ -101,7 +101,7 @@ static_assert(areInOrder());
 
 void styleKey(Evas_Object* button, const Key& key) {
     const bool highContrast = key.style.highContrast && IsEnhancedUIMode(kHighContrastMode);
-    if (highContrast) LOG_DEBUG("High Contrast mode enabled\n");
+    if (highContrast && key.index == kKeyDeleteAll) LOG_DEBUG("High Contrast mode enabled\n");
     elm_object_style_set(button, highContrast ? key.style.highContrast : key.style.normal);
 }
 
