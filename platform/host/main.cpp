@@ -24,6 +24,9 @@
 
 namespace {
 
+// A gadget that closes may just have put the network back to what was stored.
+constexpr double kStoringLimit = 5;  // seconds
+
 constexpr const char* kNetworkTypeKey = "db/menu/network/network_type";
 constexpr const char* kHighContrastKey = "db/menu/system/accessibility/highcontrast";
 
@@ -119,6 +122,7 @@ int runOnScreen(const host::HostOptions& options, host::ScriptRunner* script) {
     const int exitCode = runGadget(options, window, script);
     evas_object_del(window);
     host::setWindow(nullptr);
+    network::finishStoring(kStoringLimit);
     network::release();
     return exitCode;
 }

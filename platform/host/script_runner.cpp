@@ -126,8 +126,12 @@ void ScriptRunner::settle() {
         if (!readsInput_ && !isGadgetOpen()) stop(kExitClosed);
         return;
     }
-    ecore_evas_manual_render(ecore_evas_ecore_evas_get(evas_object_evas_get(window_)));
+    draw();
     schedule(0.0, &ScriptRunner::begin);
+}
+
+void ScriptRunner::draw() {
+    ecore_evas_manual_render(ecore_evas_ecore_evas_get(evas_object_evas_get(window_)));
 }
 
 void ScriptRunner::begin() {
@@ -137,12 +141,6 @@ void ScriptRunner::begin() {
     schedule(command.pause + kAfterTimers, &ScriptRunner::attempt);
 }
 
-// What changed meanwhile stands on the screen once it is drawn.
-void ScriptRunner::lookAgain() {
-    ecore_evas_manual_render(ecore_evas_ecore_evas_get(evas_object_evas_get(window_)));
-    attempt();
-}
-
 void ScriptRunner::attempt() {
     const Command& command = commands_.front();
     if (command.needsGadget && !isGadgetOpen()) return fail("the gadget has closed");
@@ -150,6 +148,12 @@ void ScriptRunner::attempt() {
     if (outcome.met) return goOn(outcome.seen);
     if (ecore_loop_time_get() >= deadline_) return fail(outcome.seen);
     schedule(kPollSeconds + kAfterTimers, &ScriptRunner::lookAgain);
+}
+
+// What has changed on the screen is seen once it is drawn.
+void ScriptRunner::lookAgain() {
+    draw();
+    schedule(0.0, &ScriptRunner::attempt);
 }
 
 void ScriptRunner::goOn(const std::string& seen) {

@@ -45,6 +45,7 @@ class ScriptRunner {
     void begin();
     void attempt();
     void lookAgain();
+    void draw();
     void fail(const std::string& reason);
     void goOn(const std::string& seen);
     void stop(int exitCode);

@@ -129,6 +129,9 @@ class Backend {
         return CONNECTION_ERROR_OPERATION_FAILED;
     }
 
+    // Whether stored settings are still on their way to the network.
+    virtual bool isStoring() const { return false; }
+
     // At most one observer; null takes it away.
     virtual void observe(Observer* observer) = 0;
 

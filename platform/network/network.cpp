@@ -10,6 +10,7 @@
 #include "gadget_paths.h"
 #include "networkmanager/networkmanager.h"
 #include "simulated/simulated.h"
+#include "timer.h"
 #include "wifi_service.h"
 
 namespace network {
@@ -18,6 +19,8 @@ namespace {
 constexpr std::string_view kSimulatedChoice = "simulated=";
 constexpr const char* kSuccessScenario = GADGET_HOST_FOLDER "/networks/success.json";
 constexpr const char* kWirelessScenario = GADGET_HOST_FOLDER "/networks/wifi-success.json";
+
+constexpr double kLookAgain = 0.05;  // seconds
 
 // Never destroyed by the process's end, when the toolkit under its timers is gone; release() does it.
 constinit Backend* selected = nullptr;
@@ -54,6 +57,15 @@ Selection select(const std::string& choice, const Options& options) {
         return selectSimulated(choice.substr(kSimulatedChoice.size()), "");
     }
     return {false, "unknown network \"" + choice + "\": use auto, networkmanager or simulated=FILE"};
+}
+
+void finishStoring(double seconds) {
+    const double end = ecore_time_get() + seconds;
+    Timer look;  // so that each turn of the loop ends
+    while (selected != nullptr && selected->isStoring() && ecore_time_get() < end) {
+        look.start(kLookAgain, [] {});
+        ecore_main_loop_iterate_may_block(1);
+    }
 }
 
 void release() {

@@ -26,6 +26,10 @@ struct Options {
 // must be initialised. A network that was selected before is released once the new one is open, and kept when not.
 PLATFORM_API Selection select(const std::string& choice, const Options& options);
 
+// Turns the main loop until the network has all settings that were stored, or so many seconds are over.
+// To be called before release(), which would drop them.
+PLATFORM_API void finishStoring(double seconds);
+
 // Takes the network away: every manager call fails from then on, and no callback comes any more. All handles end here.
 PLATFORM_API void release();
 

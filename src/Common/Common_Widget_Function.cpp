@@ -121,6 +121,20 @@ void deleteObject(Evas_Object*& field) {
     field = nullptr;
 }
 
+void fill(Evas_Object* widget, double weightAcross, double weightDown) {
+    evas_object_size_hint_weight_set(widget, weightAcross, weightDown);
+    evas_object_size_hint_align_set(widget, EVAS_HINT_FILL, EVAS_HINT_FILL);
+}
+
+void expandAndFill(Evas_Object* widget) {
+    fill(widget, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
+}
+
+void keepPointerFromFocusing(Evas_Object* widget) {
+    elm_object_focus_move_policy_automatic_set(widget, EINA_FALSE);
+    elm_object_focus_move_policy_set(widget, ELM_FOCUS_MOVE_POLICY_KEY_ONLY);
+}
+
 void deleteLater(Evas_Object* widget) {
     if (!widget) return;
     evas_object_hide(widget);

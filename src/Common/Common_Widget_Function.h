@@ -28,5 +28,10 @@ void _genlist_item_reailzed_cb(void* data, Evas_Object* list, void* item);
 
 // Deletes a widget, if there is one, and clears its field.
 void deleteObject(Evas_Object*& field);
+// Size hints of a widget that takes all the room there is, and of one that takes its share of it.
+void expandAndFill(Evas_Object* widget);
+void fill(Evas_Object* widget, double weightAcross, double weightDown);
+// The pointer over a bare screen or popup must not take the focus from what stands on it.
+void keepPointerFromFocusing(Evas_Object* widget);
 // Hides a widget now and deletes it in the next turn of the main loop, for callers inside its own callbacks.
 void deleteLater(Evas_Object* widget);

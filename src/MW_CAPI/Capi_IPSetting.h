@@ -7,7 +7,8 @@
 
 struct sglobalIPValues;
 
-// What the settings screen is launched with. It calls exactly one of the two when it goes away by the user's choice.
+// What the settings screen is launched with. OK calls the first one, Cancel and the Back key the second; the Close and
+// Menu keys call neither.
 struct sIPSettingCallbacks {
     void (*confirmed)(void* data, const sglobalIPValues* values);  // the values live for the call only
     void (*closed)(void* data);

@@ -7,6 +7,7 @@
 
 #include "Common/Common_Function.h"
 #include "Common/Log.h"
+#include "MW_CAPI/Connected_Ap.h"
 
 namespace {
 
@@ -322,21 +323,21 @@ PlatformText Get_Connected_AP_Name(const char* storedName) {
         LOG_DEBUG("Invalid Function Parameter\n");
         return nullptr;
     }
-    wifi_ap_handle ap = nullptr;
-    int result = wifi_get_connected_ap(&ap);
+    ConnectedAp ap;
+    int result = fetchConnectedAp(ap);
     if (result != WIFI_ERROR_NONE) {
         LOG_DEBUG("Fail to get connected AP [%s]\n", convertWifiErrorToString(result));
         return PlatformText(strdup(storedName));
     }
     PlatformText name;
-    result = fetchText(name, wifi_ap_get_essid, ap);
-    wifi_ap_destroy(ap);
+    result = fetchText(name, wifi_ap_get_essid, ap.get());
     if (result != WIFI_ERROR_NONE || !name) {
         LOG_DEBUG("Fail to get AP essid [%s]\n", convertWifiErrorToString(result));
         return PlatformText(strdup(storedName));
     }
     LOG_DEBUG("Vconf_AP_Name , ap_name = [%s]:[%s]\n", storedName, name.get());
     LOG_DEBUG("AP is valid, now destroy it\n");
+    ap.reset();
     LOG_DEBUG("Returning ap_name  = %s\n", name.get());
     return name;
 }

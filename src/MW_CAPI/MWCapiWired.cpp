@@ -77,8 +77,8 @@ bool succeeded(int result, const Outcome& texts) {
     return success;
 }
 
-void updateProfile(connection_profile_handle profile) {
-    succeeded(connection_update_profile(GetConnHandler(), profile),
+void updateProfile(connection_handle connection, connection_profile_handle profile) {
+    succeeded(connection_update_profile(connection, profile),
               {"Success  update_profile  [", "connection_update_profile failed ["});
 }
 
@@ -158,7 +158,7 @@ int setPrefixLength(connection_profile_handle profile, const sglobalIPValues& va
         LOG_DEBUG("Success to set Prefix Length [%s][%d][%s] \n", values.prefixLength, length,
                   convertWiredErrorToString(result));
     } else {
-        LOG_DEBUG("Fail to set Prefix Length [%s][%d] \n", values.prefixLength, length);
+        LOG_DEBUG("Fail to set Prefix Length [%s][%d] \n", convertWiredErrorToString(result), length);
     }
     return result;
 }
@@ -226,6 +226,7 @@ bool Updated_Ethernet_Profile_Handle(connection_profile_handle* profile) {
 int _Set_IP_Config_Type(int kind) {
     LOG_SCOPE();
     const connection_profile_handle profile = ethernetProfile();
+    const connection_handle connection = GetConnHandler();
     if (kind == kSwitchToManual) {
         LOG_DEBUG("Static Type \n");
         succeeded(connection_profile_set_ip_config_type(profile, kFamily, CONNECTION_IP_CONFIG_STATIC),
@@ -235,13 +236,14 @@ int _Set_IP_Config_Type(int kind) {
         succeeded(connection_profile_set_ip_config_type(profile, kFamily, CONNECTION_IP_CONFIG_AUTOMATIC),
                   {nullptr, "Fail to set ip method type CONNECTION_IP_CONFIG_TYPE_AUTO  ["});
     }
-    updateProfile(profile);
+    updateProfile(connection, profile);
     return 0;
 }
 
 int _Set_DNS_Config_Type(int kind) {
     LOG_SCOPE();
     const connection_profile_handle profile = ethernetProfile();
+    const connection_handle connection = GetConnHandler();
     if (kind == kSwitchToManual) {
         LOG_DEBUG("Static Type \n");
         succeeded(
@@ -251,7 +253,7 @@ int _Set_DNS_Config_Type(int kind) {
         LOG_DEBUG("Dynamic Type \n");
         setDynamicDns(profile);
     }
-    updateProfile(profile);
+    updateProfile(connection, profile);
     return 0;
 }
 
@@ -342,5 +344,6 @@ const char* Get_DNS_Config_Type() {
 }
 
 void forgetConnHandler() {
+    LOG_SCOPE();
     sMWNetworkConHandler = nullptr;
 }

@@ -14,6 +14,7 @@
 #include "View/Keyboard_Popups.h"
 #include "View/Keyboard_Remote.h"
 #include "View/Keyboard_Rows.h"
+#include "View/NS_Buttons.h"
 
 namespace {
 

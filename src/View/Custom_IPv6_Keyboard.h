@@ -12,9 +12,9 @@ struct custKeyboard {
     Evas_Object* popup;            // covers the window
     Evas_Object* IME_Password_bg;  // its content: title, subheading, entry and keys
     Evas_Object* en;               // the entry
-    Evas_Object* popupMessage;     // a message, and its OK button
+    Evas_Object* popupMessage;     // a message
     Evas_Object* cancelPopupMsg;   // the question whether to discard
-    Evas_Object* btn1;
+    Evas_Object* btn1;             // the message's OK button
     Evas_Object* mV6_buttons[kKeyCount];
     Evas_Object* focusGrid[kFocusRows][kFocusColumns];  // the keys as rows; empty cells are null
     void (*deinit)(custKeyboard* keyboard);

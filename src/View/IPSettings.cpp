@@ -41,16 +41,11 @@ void closeScreen(const sIPSetting& settings) {
     forgetConnHandler();
 }
 
-void focusBelow() {
-    const sNetworkStatus* const status = createNetworkStatus();
-    if (status && status->layout) focusStopButton(*status);
-}
-
 // A popup that goes hands the focus back to whom it took it from; that may be after the status screen has given it to
 // its button.
 void focusStatusScreen(void* /*data*/) {
     refocus = nullptr;
-    focusBelow();
+    focusStatusBelow();
 }
 
 void focusStatusScreenLater() {
@@ -59,7 +54,7 @@ void focusStatusScreenLater() {
 
 void Ok_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
     LOG_SCOPE();
-    auto* const settings = static_cast<sIPSetting*>(data);
+    sIPSetting* const settings = openSettings(data);
     if (!settings) {
         LOG_DEBUG("Invalid Argument\n");
         return;
@@ -76,7 +71,7 @@ void Ok_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
 
 void close_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
     LOG_SCOPE();
-    auto* const settings = static_cast<sIPSetting*>(data);
+    sIPSetting* const settings = openSettings(data);
     if (!settings) {
         LOG_DEBUG("Invalid Argument\n");
         return;
@@ -88,10 +83,12 @@ void close_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
 }
 
 char* _access_info_cb_ok(void* /*data*/, Evas_Object* /*object*/) {
+    LOG_SCOPE();
     return _access_info_cb("This button will check the network connection with current ip settings values!");
 }
 
 char* _access_info_cb_cancel(void* /*data*/, Evas_Object* /*object*/) {
+    LOG_SCOPE();
     return _access_info_cb("This button will cancel the change in IP settings values!");
 }
 
@@ -134,6 +131,7 @@ void unhighlightSelected(const sIPSetting& settings) {
 }
 
 void ListItemFocusCB(void* data, Evas_Object* list, void* item) {
+    LOG_SCOPE();
     const auto* const settings = static_cast<sIPSetting*>(data);
     if (!settings) return;
     unhighlightSelected(*settings);
@@ -144,6 +142,7 @@ void ListItemFocusCB(void* data, Evas_Object* list, void* item) {
 
 // The list keeps its item's focus when it loses its own; two rows of light would be on the screen.
 void ButtonFocusCB(void* data, Evas_Object* /*button*/, void* /*event*/) {
+    LOG_SCOPE();
     const auto* const settings = static_cast<sIPSetting*>(data);
     if (!settings) return;
     unhighlightSelected(*settings);
@@ -173,6 +172,7 @@ void moveBetweenRows(void* data, Evas* /*canvas*/, Evas_Object* list, void* even
 // From the buttons, Down goes to the first row and Up to the last one that can be selected.
 Eina_Bool eventCB_focuschain(void* data, Evas_Object* /*object*/, Evas_Object* /*source*/, Evas_Callback_Type type,
                              void* event) {
+    LOG_SCOPE();
     if (type != EVAS_CALLBACK_KEY_DOWN || !event) return EINA_FALSE;
     auto* const pressed = static_cast<Evas_Event_Key_Down*>(event);
     const auto* const list = static_cast<Evas_Object*>(data);
@@ -189,7 +189,7 @@ Eina_Bool eventCB_focuschain(void* data, Evas_Object* /*object*/, Evas_Object* /
     return EINA_TRUE;
 }
 
-// How far down the window the row lies, and how wide its list is, in pixels.
+// How far down the window the row lies, in pixels.
 std::int16_t rowPosition(const sIPSetting& settings) {
     Evas_Object* const row = elm_object_item_track(settings.currentItem);
     const Eina_Rectangle place = getGeometry(row);
@@ -227,13 +227,12 @@ void showKeyboardPopup() {
         evas_object_hide(settings->popup);
     } else {
         evas_object_show(settings->popup);
-        focusRows(*settings);
     }
 }
 
 // The toolkit remembers who had the focus before a popup: not a row, which may be drawn anew meanwhile.
 void openEditor(sIPSetting& settings) {
-    focusBelow();
+    focusStatusBelow();
     switch (settingsRowEditor(settings.currentItem)) {
         case RowEditor::kMode:
             LOG_DEBUG("Show IP/DNS Config Type Popup\n");
@@ -248,9 +247,10 @@ void openEditor(sIPSetting& settings) {
 
 void _item_sel_cb(void* /*data*/, Evas_Object* list, void* item) {
     LOG_SCOPE();
+    // The second click of one turn may come when an editor is open already, or the screen has gone.
+    if (!isSettingsOpen() || isEditorOpen()) return;
     sIPSetting* const settings = getObject();
     Elm_Object_Item* const focused = elm_object_focused_item_get(list);
-    if (!settings) return;
     settings->currentItem = focused ? focused : static_cast<Elm_Object_Item*>(item);
     openEditor(*settings);
     elm_genlist_item_selected_set(static_cast<Elm_Object_Item*>(item), EINA_FALSE);
@@ -284,7 +284,6 @@ void addButton(sIPSetting& settings, const PopupButton& kind) {
 void _Link_Focus_Chain(const sIPSetting& settings) {
     LOG_SCOPE();
     elm_object_focus_allow_set(settings.list, EINA_TRUE);
-    focusRows(settings);
     elm_object_focus_next_object_set(settings.list, settings.list, ELM_FOCUS_LEFT);
     elm_object_focus_next_object_set(settings.list, settings.list, ELM_FOCUS_RIGHT);
     elm_object_focus_next_object_set(settings.okButton, settings.cancelButton, ELM_FOCUS_LEFT);
@@ -306,6 +305,7 @@ void addList(sIPSetting& settings) {
     const double scale = elm_config_scale_get();
     Evas_Object* const table = widget_min_set(settings.list, settings.popup, static_cast<int>(kListWidth * scale),
                                               static_cast<int>(kListHeight * scale));
+    expandAndFill(table);
     elm_object_content_set(settings.popup, table);
 }
 
@@ -315,6 +315,7 @@ int createIPSettingsData(sIPSetting& settings) {
     addList(settings);
     for (const PopupButton& kind : kPopupButtons)
         addButton(settings, kind);
+    if (settings.list) focusRows(settings);
     if (settings.list && settings.okButton && settings.cancelButton) _Link_Focus_Chain(settings);
     return 1;
 }
@@ -352,8 +353,7 @@ bool findWirelessTarget(sIPSetting& settings) {
 void addPopup(sIPSetting& settings, Evas_Object* parent) {
     settings.popup = elm_popup_add(parent);
     if (!settings.popup) return;
-    evas_object_size_hint_weight_set(settings.popup, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
-    evas_object_size_hint_align_set(settings.popup, EVAS_HINT_FILL, EVAS_HINT_FILL);
+    expandAndFill(settings.popup);
     evas_object_event_callback_add(settings.popup, EVAS_CALLBACK_KEY_DOWN, Reset_Time_Flag, nullptr);
     evas_object_event_callback_add(settings.popup, EVAS_CALLBACK_KEY_DOWN, ProcessRemoteKeys, &settings);
     evas_object_event_callback_add(settings.popup, EVAS_CALLBACK_MOUSE_MOVE, Reset_Time_Flag, nullptr);
@@ -382,7 +382,10 @@ int launchIPSettings(Evas_Object* parent, int networkType, const sIPSettingCallb
         LOG_DEBUG("Invalid NW Type\n");
         return -1;
     }
-    if (networkType == kNetworkWireless && !findWirelessTarget(*settings)) return -1;
+    if (networkType == kNetworkWireless && !findWirelessTarget(*settings)) {
+        delIPSettings();
+        return -1;
+    }
     addPopup(*settings, parent);
     fptrOkBtnCBObj = callbacks->confirmed;
     fptrCancelBtnCBObj = callbacks->closed;
@@ -416,13 +419,13 @@ void leaveSettingsAndGadget() {
 }
 
 Evas_Object* widget_min_set(Evas_Object* content, Evas_Object* parent, int minWidth, int minHeight) {
+    LOG_SCOPE();
     Evas_Object* const table = elm_table_add(parent);
     if (!table) return nullptr;
     Evas_Object* const room = evas_object_rectangle_add(evas_object_evas_get(table));
     evas_object_size_hint_min_set(room, minWidth, minHeight);
     for (Evas_Object* object : {room, content}) {
-        evas_object_size_hint_weight_set(object, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
-        evas_object_size_hint_align_set(object, EVAS_HINT_FILL, EVAS_HINT_FILL);
+        expandAndFill(object);
         elm_table_pack(table, object, 0, 0, 1, 1);
     }
     return table;

@@ -38,7 +38,7 @@ constexpr double kPrefixAcross = 0.77;
 constexpr double kPrefixAcrossEnlarged = 0.81;
 constexpr double kPrefixDown = 0.4371;
 constexpr double kEnlargedDown = 0.01;
-constexpr int kRowsPerStep = 1000;
+constexpr int kPixelsPerStep = 1000;
 
 constexpr int kFocusFollowsClicks = 0;  // Elm_Focus_Move_Policy: click
 constexpr int kLongestPrefix = 128;
@@ -48,11 +48,6 @@ constexpr std::size_t kPrefixDigits = 3;
 constinit char Number[4] = "";
 // Set while the mode choice selects its current entry: that is not the user's choice.
 constinit bool IsBlock = false;
-
-void fill(Evas_Object* object, double weightAcross, double weightDown) {
-    evas_object_size_hint_weight_set(object, weightAcross, weightDown);
-    evas_object_size_hint_align_set(object, EVAS_HINT_FILL, EVAS_HINT_FILL);
-}
 
 void place(Evas_Object* popup, double across, double acrossEnlarged, double down) {
     const bool enlarged = IsEnhancedUIMode(kEnlargedFocusMode);
@@ -169,7 +164,7 @@ Evas_Object* addModeList(sIPSetting& settings, const char* rowLabel) {
     Evas_Object* const list = elm_genlist_add(settings.typePopup);
     settings.typeList = list;
     if (!list) return nullptr;
-    fill(list, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
+    expandAndFill(list);
     evas_object_smart_callback_add(list, "realized", _genlist_item_reailzed_cb, nullptr);
     evas_object_smart_callback_add(list, "realized", focusWhenDrawn, nullptr);
     evas_object_event_callback_add(list, EVAS_CALLBACK_KEY_DOWN, Close_popup_On_return_Key, &settings);
@@ -284,7 +279,6 @@ void ipSettingChangeBtn1Val(void* data, Evas* /*canvas*/, Evas_Object* button, v
 }
 
 void callipSettingChangeBtn1Val(void* data, Evas_Object* button, void* /*event*/) {
-    LOG_SCOPE();
     elm_object_focus_set(button, EINA_TRUE);
     LOG_DEBUG(" ------------- setFocusOnBtn ---------------------- \n");
     elm_object_signal_emit(button, "elm,action,focus", "elm");
@@ -348,7 +342,7 @@ void showIPTypePopup(sIPSetting* settings, const char* rowLabel) {
     Evas_Object* const popup = settings->typePopup;
     dimSettingsPopup();
     elm_object_style_set(popup, kModeStyle);
-    fill(popup, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
+    expandAndFill(popup);
     evas_object_event_callback_add(popup, EVAS_CALLBACK_KEY_DOWN, Reset_Time_Flag, nullptr);
     evas_object_event_callback_add(popup, EVAS_CALLBACK_KEY_DOWN, KeyEventCB, nullptr);
     evas_object_smart_callback_add(popup, "block,clicked", __clicked_outside_popup_cb, nullptr);
@@ -373,7 +367,7 @@ void showipSettingChangeValPopup(Evas_Object* parent, const char* style, sIPSett
     editor->popup = addPrefixPopup(parent, style);
     if (!editor->popup) return;
     const bool isPrefixRow = string_cmp(label, localised("TV_SID_PREFIX_LENGTH")) == 0;
-    place(editor->popup, kPrefixAcross, kPrefixAcrossEnlarged, isPrefixRow ? rowY / kRowsPerStep + kPrefixDown : 0.0);
+    place(editor->popup, kPrefixAcross, kPrefixAcrossEnlarged, isPrefixRow ? rowY / kPixelsPerStep + kPrefixDown : 0.0);
     LOG_DEBUG("Selected Item : %s Selected Item Value : %s\n", label ? label : "", value ? value : "");
     addValueButton(*editor, settings, value);
     copyTextOrEmpty(editor->savedValue, value);

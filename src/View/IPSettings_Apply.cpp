@@ -1,7 +1,6 @@
 #include "View/IPSettings_Apply.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "Common/Common_Function.h"
 #include "Common/Log.h"

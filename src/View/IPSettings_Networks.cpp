@@ -54,9 +54,7 @@ bool findAccessPoint(sIPSetting& settings) {
 }
 
 void nameAccessPoint(sIPSetting& settings) {
-    const PlatformText stored = readStore(kApNameKey);
-    const PlatformText name = stored ? Get_Connected_AP_Name(stored.get()) : nullptr;
-    copyTextOrEmpty(settings.apName, name.get());
+    if (!findAccessPoint(settings)) copyText(settings.apName, "");
 }
 
 constexpr SettingsNetwork kWired{

@@ -54,6 +54,7 @@ char* rowText(const char* text) {
 }
 
 char* _item_label_get_2text(void* data, Evas_Object* /*list*/, const char* part) {
+    LOG_SCOPE();
     const SettingsRow* const row = rowAt(indexIn(data));
     sIPSetting* const settings = getObject();
     if (!row || !settings || !part) return strdup("");
@@ -157,7 +158,7 @@ void focusRows(const sIPSetting& settings) {
 
 void focusRowsLater() {
     const auto focus = [](void*) {
-        if (isSettingsOpen() && !isKeyboardOpen()) focusRows(*getObject());
+        if (isSettingsOpen() && !isEditorOpen()) focusRows(*getObject());
     };
     ecore_job_add(focus, nullptr);
 }

@@ -25,6 +25,7 @@ constexpr ModeField kDnsMode{"Set DNS Settings", "VCONF : Set DNS Config Type Dy
 constexpr std::array kModeFields{&kIpMode, &kDnsMode};
 
 void set_vconf_default(const char* key, const char* defaultValue) {
+    LOG_SCOPE();
     seedStore(key, defaultValue, "Setting Default Value");
 }
 

@@ -113,6 +113,15 @@ bool isSettingsOpen() {
     return sIPSettingObj && sIPSettingObj->popup;
 }
 
+bool isEditorOpen() {
+    const bool prefixIsOpen = sipSettingChangeValobj && sipSettingChangeValobj->popup;
+    return isKeyboardOpen() || prefixIsOpen || (sIPSettingObj && sIPSettingObj->typePopup);
+}
+
+sIPSetting* openSettings(void* data) {
+    return data == sIPSettingObj ? sIPSettingObj : nullptr;
+}
+
 sipSettingChangeVal* openPrefixPopup() {
     return sipSettingChangeValobj;
 }
@@ -127,7 +136,7 @@ void closeEditors() {
 }
 
 bool isKeyboardOpen() {
-    return custKeyboardObj != nullptr;
+    return custKeyboardObj && custKeyboardObj->popup;
 }
 
 void dimSettingsPopup() {

@@ -42,9 +42,13 @@ int delIPDataSettingChangeVal();
 custKeyboard* getCustKeyBoard();
 void delCustKeyboard();
 
-// Whether there is a screen, a keyboard, without making one.
+// Whether there is a screen, a keyboard, any editor over the screen, without making one.
 bool isSettingsOpen();
 bool isKeyboardOpen();
+bool isEditorOpen();
+// The record of the open screen, when that is what the data of a callback points at: the second click of one turn of
+// the main loop may come after the first one has closed the screen.
+sIPSetting* openSettings(void* data);
 // The record of the open prefix popup, or null.
 sipSettingChangeVal* openPrefixPopup();
 // Closes whatever editor is open, and forgets what it kept.

@@ -12,7 +12,6 @@
 #include "View/Keyboard_Idle.h"
 #include "View/Keyboard_Keys.h"
 #include "View/Keyboard_Popups.h"
-#include "View/NS_Buttons.h"
 
 namespace {
 
@@ -157,21 +156,12 @@ void keepFocusOnKeys(void* data, Evas_Object* button, void* /*event*/) {
 
 void focusLastKey(const custKeyboard& keyboard) {
     Evas_Object* const key = keyboard.mV6_buttons[lastKey];
-    if (key) elm_object_focus_set(key, EINA_TRUE);
+    Evas_Object* const target = key ? key : keyboard.IME_Password_bg;
+    if (target) elm_object_focus_set(target, EINA_TRUE);
 }
 
 void forgetFocusedKey() {
     lastKey = kKeyDone;
     if (focusCheck) ecore_job_del(focusCheck);
     focusCheck = nullptr;
-}
-
-void focusStatusBelow() {
-    const sNetworkStatus* const status = createNetworkStatus();
-    if (status && status->layout) focusStopButton(*status);
-}
-
-void keepPointerFromFocusing(Evas_Object* popup) {
-    elm_object_focus_move_policy_automatic_set(popup, EINA_FALSE);
-    elm_object_focus_move_policy_set(popup, ELM_FOCUS_MOVE_POLICY_KEY_ONLY);
 }

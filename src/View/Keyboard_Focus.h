@@ -21,10 +21,3 @@ void keepFocusOnKeys(void* data, Evas_Object* button, void* event);
 void focusLastKey(const custKeyboard& keyboard);
 // The keyboard goes: no key has had the focus yet.
 void forgetFocusedKey();
-
-// Gives the focus to the status screen below the hidden settings popup: it hears the close keys, and the toolkit goes
-// back to it when the keyboard is deleted.
-void focusStatusBelow();
-
-// The pointer over the bare popup must not take the focus from a key.
-void keepPointerFromFocusing(Evas_Object* popup);

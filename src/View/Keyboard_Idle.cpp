@@ -8,6 +8,7 @@
 #include "View/Custom_IPv6_Keyboard.h"
 #include "View/IPSingleton.h"
 #include "View/Keyboard_Focus.h"
+#include "View/NS_Buttons.h"
 
 namespace {
 

@@ -38,12 +38,12 @@ void Ok_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
 
 struct KeyStyle {
     const char* normal;
-    const char* highContrast;
+    const char* highContrast;  // null: a button like any other, in every mode
 };
 constexpr KeyStyle kCharacterStyle{"button_textOnly_IPv6", "button_IPv6_HighC"};
 constexpr KeyStyle kDeleteAllStyle{"DeleteAll_IPv6", "DeleteAll_IPv6_HighC"};
 constexpr KeyStyle kBackspaceStyle{"Backspace_button_IPv6", "Backspace_button_IPv6_HighC"};
-constexpr KeyStyle kClosingStyle{"default", "default"};
+constexpr KeyStyle kClosingStyle{"default", nullptr};
 
 // Shown as it is, or looked up in the user's language.
 struct KeyLabel {
@@ -100,8 +100,8 @@ consteval bool areInOrder() {
 static_assert(areInOrder());
 
 void styleKey(Evas_Object* button, const Key& key) {
-    const bool highContrast = IsEnhancedUIMode(kHighContrastMode);
-    if (highContrast) LOG_DEBUG("High Contrast mode enabled\n");
+    const bool highContrast = key.style.highContrast && IsEnhancedUIMode(kHighContrastMode);
+    if (highContrast && key.index == kKeyDeleteAll) LOG_DEBUG("High Contrast mode enabled\n");
     elm_object_style_set(button, highContrast ? key.style.highContrast : key.style.normal);
 }
 
@@ -140,6 +140,7 @@ void readyKey(custKeyboard& keyboard, const Key& key) {
     evas_object_smart_callback_add(button, "focused", noteFocusedKey, &keyboard);
     evas_object_smart_callback_add(button, "unfocused", keepFocusOnKeys, &keyboard);
     elm_object_focus_allow_set(button, EINA_TRUE);
+    if (!key.style.highContrast) return;
     elm_object_signal_emit(button, "elm,action,focus", "elm");
     elm_object_signal_emit(button, "elm,action,unfocus", "elm");
 }

@@ -72,7 +72,7 @@ void linkPair(Evas_Object* left, Evas_Object* right) {
     elm_object_focus_next_object_set(left, right, ELM_FOCUS_LEFT);
 }
 
-// Over the keyboard's grown-up popup; its first button gets the focus.
+// Shows a small popup over the keyboard; its first button gets the focus.
 void openSmallPopup(Evas_Object* popup, Evas_Object* firstButton) {
     evas_object_show(popup);
     elm_object_focus_set(firstButton ? firstButton : popup, EINA_TRUE);
@@ -142,9 +142,10 @@ void _response_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
         LOG_DEBUG("Data Argument casting NULL for cCustKeyboard of * to  sCustKeyboard\n");
         return;
     }
-    if (keyboard->btn1) LOG_DEBUG("Deleting Ok_Btn\n");
-    keyboard->btn1 = nullptr;
     closeSmallPopup(*keyboard, keyboard->popupMessage, "popupMessage");
+    if (keyboard->popupMessage || !keyboard->btn1) return;
+    LOG_DEBUG("Deleting Ok_Btn\n");
+    keyboard->btn1 = nullptr;
 }
 
 void _discard_button_cb(void* data, Evas_Object* button, void* /*event*/) {

@@ -5,7 +5,8 @@
 
 struct custKeyboard;
 
-// Lets the keyboard hear the remote control: characters, colon and Backspace type, the others close.
+// Lets the keyboard hear the remote control: it types, deletes, asks whether to discard (Back), or leaves the gadget
+// (Menu).
 void listenToRemoteKeys(custKeyboard& keyboard);
 
 // Key-down handler of the small popups, data is the keyboard.

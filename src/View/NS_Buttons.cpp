@@ -10,6 +10,7 @@
 #include "Common/Log.h"
 #include "Common/Resources.h"
 #include "Common/Run_State.h"
+#include "View/IPSingleton.h"
 #include "View/NS_Close_Keys.h"
 #include "View/NS_Parts.h"
 #include "View/NS_Run_Control.h"
@@ -139,6 +140,11 @@ void focusStopButton(const sNetworkStatus& status) {
     elm_object_focus_set(status.stopBtn ? status.stopBtn : status.layout, EINA_TRUE);
 }
 
+void focusStatusBelow() {
+    const sNetworkStatus* const status = createNetworkStatus();
+    if (status && status->layout) focusStopButton(*status);
+}
+
 void stop_function(void* /*data*/, Evas_Object* /*object*/, void* /*event*/) {
     LOG_SCOPE();
     clearStageTimers();
@@ -148,7 +154,8 @@ void stop_function(void* /*data*/, Evas_Object* /*object*/, void* /*event*/) {
 void close_win(void* /*data*/, Evas* /*canvas*/, Evas_Object* /*object*/, void* event) {
     LOG_SCOPE();
     const auto* key = static_cast<const Evas_Event_Key_Down*>(event);
-    if (!key) return;
+    // A key may come in the moment before an editor of the settings screen has the focus.
+    if (!key || isEditorOpen()) return;
     LOG_DEBUG("Remote Key : [%s]\n\n", key->keyname);
     for (const char* closeKey : kCloseKeys) {
         if (string_cmp(key->keyname, closeKey) != 0) continue;

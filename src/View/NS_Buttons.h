@@ -23,5 +23,8 @@ void focusResultRow(sNetworkStatus& status);
 // Gives the focus to stopBtn, or to the layout when there is none: the close keys must always reach somebody.
 void focusStopButton(const sNetworkStatus& status);
 
+// The same, for whoever covers the status screen: nothing when it is not built.
+void focusStatusBelow();
+
 // Stops the check's timers and asks the host to destroy the gadget; Close's callback.
 void stop_function(void* data, Evas_Object* object, void* event);

@@ -54,9 +54,7 @@ Evas_Object* openLayout(sNetworkStatus& status) {
     loadStatusLayout(status);
     evas_object_size_hint_weight_set(layout, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
     evas_object_size_hint_align_set(layout, EVAS_HINT_FILL, EVAS_HINT_FILL);
-    // The pointer must not take the focus from a button to the bare screen behind it.
-    elm_object_focus_move_policy_automatic_set(layout, EINA_FALSE);
-    elm_object_focus_move_policy_set(layout, ELM_FOCUS_MOVE_POLICY_KEY_ONLY);
+    keepPointerFromFocusing(layout);
     evas_object_event_callback_add(layout, EVAS_CALLBACK_KEY_DOWN, Reset_Time_Flag, nullptr);
     evas_object_event_callback_add(layout, EVAS_CALLBACK_MOUSE_MOVE, Reset_Time_Flag, nullptr);
     evas_object_show(layout);

@@ -98,7 +98,9 @@ TEST(KeyboardFocus, EveryArrowOnEveryKey) {
     for (std::size_t i = 0; i < walk.size(); ++i) {
         script += "key " + walk[i].arrow + "\nwait 0.02\ndump move" + std::to_string(i) + ".json\n";
     }
-    const HostRun run(onKeyboard("Gateway", "fe80::1", script + "quit\n"));
+    HostSetup setup = onKeyboard("Gateway", "fe80::1", script + "quit\n");
+    setup.timeout = 240;  // a hundred dumps take their time with sanitizers on a busy machine
+    const HostRun run(setup);
     ASSERT_TRUE(run.succeeded()) << run;
     expectWalk(walk, run);
 }

@@ -1,16 +1,8 @@
 #include "keyboard_screen.h"
 
 HostSetup onKeyboard(const std::string& row, const std::string& value, const std::string& script) {
-    const std::string start = "db/menu/network/wired_";
-    return {.network = scenario("success"),
-            .store = {{start + "ip_mode_V6", "COM_ENTER_MANUALLY"},
-                      {start + "dns_mode_V6", "COM_ENTER_MANUALLY"},
-                      {start + "ip_V6", value},
-                      {start + "prefix_V6", "64"},
-                      {start + "gateway_V6", value},
-                      {start + "dns_V6", value}},
-            .script = "expect \"IPv6 settings\" within 20\nkey Right\nkey Return\nwait 0.3\nclick \"" + row +
-                      "\"\nwait 0.3\nexpect focus exactly \"Done\"\n" + script};
+    return onSettings(kWiredCase, {kManual, kManual, {value, "64", value, value}},
+                      "click \"" + row + "\"\nwait 0.3\nexpect focus exactly \"Done\"\n" + script);
 }
 
 std::string popupIn(const nlohmann::json& dump) {

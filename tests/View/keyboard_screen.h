@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "status_screen.h"
+#include "settings_screen.h"
 
 struct KeyboardRow {
     const char* label;

@@ -19,7 +19,12 @@ namespace {
 using Words = std::span<const char* const>;
 
 constexpr std::uint64_t kSeeds = 20;
+// Each build of the tests plays them; the sanitizers are whom they are for.
+#ifdef __SANITIZE_ADDRESS__
 constexpr int kActions = 1000;
+#else
+constexpr int kActions = 100;
+#endif
 // The first seeds, one of each kind of network, also look for leaks: that needs the whole stack of each allocation and
 // takes ten times as long.
 constexpr std::uint64_t kSeedsWithLeaks = 2;

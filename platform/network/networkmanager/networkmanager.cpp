@@ -76,6 +76,8 @@ class NetworkManagerBackend final : public Backend {
         return client == nullptr ? CONNECTION_ERROR_OPERATION_FAILED : store_.store(client, id, settings);
     }
 
+    bool isStoring() const override { return store_.isWriting(); }
+
     int askGateway(const std::string& profileId, Answer answer, std::unique_ptr<Question>& question) override {
         Profile asked;
         if (const int error = profile(profileId, asked); error != CONNECTION_ERROR_NONE) return error;

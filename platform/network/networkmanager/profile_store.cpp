@@ -1,5 +1,6 @@
 #include "profile_store.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "connection_manager.h"
@@ -212,6 +213,11 @@ int ProfileStore::store(NMClient* client, const std::string& id, const Ipv6Setti
     work->more = work->busy;
     work->wake();
     return CONNECTION_ERROR_NONE;
+}
+
+bool ProfileStore::isWriting() const {
+    return std::ranges::any_of(works_,
+                               [](const auto& row) { return row.second->busy || row.second->begin.isRunning(); });
 }
 
 std::optional<bool> ProfileStore::askedDnsIsStatic(const std::string& id) const {

@@ -29,6 +29,9 @@ class ProfileStore {
      */
     int store(NMClient* client, const std::string& id, const Ipv6Settings& settings);
 
+    // Whether something is being written, or about to be. What waits for its values is not.
+    bool isWriting() const;
+
     // The DNS mode that was asked for and is not in the profile yet.
     std::optional<bool> askedDnsIsStatic(const std::string& id) const;
 

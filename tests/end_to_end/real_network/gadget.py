@@ -48,5 +48,9 @@ class Gadget:
         self.do('expect focus "Close" within 5')
         self.do("key Return")
         self.do("expect closed within 5")
+        return self.end()
+
+    def end(self):
+        """Waits for the end of a host whose gadget has closed."""
         self.host.stdin.close()
         return self.host.wait(CLOSE_SECONDS)

@@ -18,6 +18,14 @@ CABLE_ADVICE = '"Check that the network cable is connected to the TV and to the 
 INTERNET_ADVICE = '"The TV is connected to the router, but the internet cannot be reached over IPv6."'
 GATEWAY_NOT_REACHED = 'expect picture "wizard_popup_connect_error.png" within 1'
 RETRY = ('expect focus "Close" within 5', "key Left", 'expect focus "Retry" within 1', "key Return")
+OPEN_SETTINGS = ('expect focus "Close" within 5', "key Right", 'expect focus "IPv6 settings" within 1', "key Return",
+                 'expect focus "IP settings" within 2')
+TO_MANUAL = ("key Return", 'expect focus "Obtain automatically" within 2', "key Down",
+             'expect focus "Enter manually" within 1', "key Return", 'expect focus "IP settings" within 2')
+MANUAL = {"ipv6.method": "manual", "ipv6.addresses": "2001:db8:7:1::42/80", "ipv6.gateway": "2001:db8:7:1::1",
+          "ipv6.dns": "2001:db8:7:1::53", "ipv6.ignore-auto-dns": "yes"}
+AUTOMATIC = {"ipv6.method": "auto", "ipv6.addresses": "", "ipv6.gateway": "", "ipv6.dns": "",
+             "ipv6.ignore-auto-dns": "no"}
 STAGE_TWO = 'expect picture "network_popup_connect_5.png" within 20'
 
 
@@ -47,6 +55,77 @@ class RealNetwork(unittest.TestCase):
     def sees(self, *lines):
         for line in lines:
             self.gadget.do(line)
+
+    def type_address(self, row, address):
+        """Types an address on the keyboard of the focused row, as a user with a remote does."""
+        self.sees(f'expect focus "{row}" within 2', "key Return", 'expect focus "Done" within 2', "key Up",
+                  *["key Left"] * 4, 'expect focus "Delete all" within 1', "key Return")
+        group = 0
+        for character in address:
+            if character != ":":
+                group += 1
+            elif group == 4:  # the keyboard has put the separator there already
+                group = 0
+                continue
+            else:
+                group = 0
+            self.gadget.do("key colon" if character == ":" else f"key {character}")
+        self.sees("key Down", 'expect focus "Done" within 1', "key Return", f'expect focus "{address}" within 2')
+
+    def profile(self):
+        """What NetworkManager has stored of the wired profile's IPv6 settings."""
+        shown = tv_network.run("nmcli", "-g", ",".join(MANUAL), "connection", "show", tv_network.PROFILE).stdout
+        return dict(zip(MANUAL, shown.replace("\\", "").split("\n")))
+
+    def addresses(self):
+        return tv_network.run("ip", "-6", "-o", "address", "show", "dev", tv_network.TV_LINK, "scope", "global").stdout
+
+    def set_manual(self):
+        self.sees(*OPEN_SETTINGS, *TO_MANUAL, "key Down")
+        self.type_address("IP address", "2001:db8:7:1::42")
+        self.sees("key Down", 'expect focus "Prefix length" within 1', "key Return", "key 8", "key 0", "key Return",
+                  'expect focus "80" within 2', "key Down")
+        self.type_address("Gateway", "2001:db8:7:1::1")
+        self.gadget.do("key Down")
+        self.type_address("DNS server", "2001:db8:7:1::53")
+        self.sees("key Down", 'expect focus exactly "OK" within 1', "key Return")
+
+    def test_manual_settings(self):
+        self.connect()
+        self.assertEqual(self.profile(), AUTOMATIC)
+        self.open_gadget()
+        self.gadget.do(SUCCESS)
+        self.set_manual()
+        self.sees(CHECKING, SUCCESS)
+        self.assertEqual(self.profile(), MANUAL)
+        self.assertIn("2001:db8:7:1::42/80", self.addresses())
+        # A mode that is changed and given up again leaves the network as it was.
+        self.sees(*OPEN_SETTINGS, "key Return", 'expect focus "Enter manually" within 2', "key Up", "key Return",
+                  'expect focus "IP settings Obtain automatically" within 2')
+        tv_network.wait_until(lambda: self.profile()["ipv6.method"] == "auto", "the mode's change")
+        self.sees("key Escape", CHECKING)
+        tv_network.wait_until(lambda: self.profile() == MANUAL, "the way back")
+        self.gadget.do(SUCCESS)
+        self.assertIn("2001:db8:7:1::42/80", self.addresses())
+        # So does a gadget that closes with the change on the screen.
+        self.sees(*OPEN_SETTINGS, "key Return", 'expect focus "Enter manually" within 2', "key Up", "key Return",
+                  'expect focus "IP settings Obtain automatically" within 2', "key F10", "expect closed within 5")
+        self.assertEqual(self.gadget.end(), 0, "how the host ended")
+        self.assertEqual(self.profile(), MANUAL)
+
+    def test_killed_in_the_middle_of_an_edit(self):
+        self.connect()
+        self.open_gadget()
+        self.gadget.do(SUCCESS)
+        self.set_manual()
+        self.sees(CHECKING, SUCCESS, *OPEN_SETTINGS, "key Down", "key Return", 'expect focus "Done" within 2', "key a")
+        self.gadget.host.kill()
+        self.gadget.host.wait()
+        self.assertEqual(self.profile(), MANUAL)
+        self.open_gadget()
+        self.sees(SUCCESS, *OPEN_SETTINGS, 'expect "Enter manually"', 'expect exactly "2001:db8:7:1::42"',
+                  'expect exactly "80"', 'expect exactly "2001:db8:7:1::53"', "key Escape", CHECKING, SUCCESS)
+        self.close_gadget()
 
     def test_success(self):
         self.connect()
