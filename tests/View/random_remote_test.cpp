@@ -40,11 +40,9 @@ constexpr const char* kWirelessScenarios[] = {
     "wifi-dhcp-failed", "wifi-markup-name",  "wifi-hostile-names",   "wifi-late-address",     "wifi-wrong-passphrase",
     "wifi-off",         "wifi-no-address",   "wifi-home-5g-first",   "wifi-reconnect",        "wifi-raw-name"};
 
-// The toolkit remembers, in one variable of its own, the last widget that was to get the focus before it was known to a
-// focus manager, and does not forget it when that widget is deleted: it complains at the next such request.
+// Complaints about a widget that is gone, from the toolkit's focus code: the first when a popup is shown, the second
+// when one gives the focus back. Which of our calls leaves that widget behind is not known yet.
 constexpr const char* kForgottenCandidate = "efl_event_callback_del() Eo ID";
-
-// A popup gives the focus back to whom it took it from; the toolkit asks for that one even when it is gone.
 constexpr const char* kGoneBeforePopup = "efl_ui_focus_object_focus_manager_get() Eo ID";
 
 constexpr const char* kMoves[] = {"Up", "Down", "Left", "Right"};
