@@ -80,9 +80,6 @@ install_packages || {
     exit 1
 }
 mkdir -p build
-# Whole stacks for what leaks, except for what the toolkit itself loses.
-export ASAN_OPTIONS=fast_unwind_on_malloc=0:malloc_context_size=30
-export LSAN_OPTIONS=suppressions=$PWD/scripts/lsan.supp:print_suppressions=0
 check "format" check_format
 for preset in dev asan; do
     before=$failed

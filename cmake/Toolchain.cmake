@@ -19,6 +19,12 @@ if(GADGET_SANITIZERS)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+# Every program of ours links this: it brings the sanitizers' options where there are sanitizers.
+add_library(sanitizer-options INTERFACE)
+if(GADGET_SANITIZERS)
+  target_sources(sanitizer-options INTERFACE ${CMAKE_CURRENT_LIST_DIR}/sanitizer_options.cpp)
+endif()
+
 # IMPORTED_TARGET headers are system headers: the toolkit's own macros stay out of -Wconversion.
 pkg_check_modules(EFL REQUIRED IMPORTED_TARGET elementary ecore ecore-evas ecore-input edje evas eina efreet)
 # The toolkit's .pc files name folders that its package does not ship.

@@ -99,7 +99,7 @@ TEST_F(WiredSettingsAdapter, SwitchesAndUpdatesWhateverTheSwitchGave) {
     }
 }
 
-TEST_F(WiredSettingsAdapter, WritesInOrderUpToTheFirstRefusal) {
+TEST_F(WiredSettingsAdapter, WritesInOrderAndStoresNothingAfterARefusal) {
     const Words whole{"Valid Connection and Profile Handler",
                       "Set Value : IP  : = 2001:db8:9::9",
                       "Set Value : Prefix Length  : = 300",
@@ -130,9 +130,12 @@ TEST_F(WiredSettingsAdapter, WritesInOrderUpToTheFirstRefusal) {
         expected.emplace_back(last);
         failNext(failing, "1");
         EXPECT_EQ(said(write), expected) << failing;
+        EXPECT_EQ(live(), (Words{kFull, "64", "fe80::1", "2001:db8:1::53"})) << failing;
     }
+    _Set_IP_Config_Type(kSwitchToManual);
     _Set_DNS_Config_Type(kSwitchToManual);
     EXPECT_EQ(said(write), whole);
+    EXPECT_EQ(live(), (Words{"2001:db8:9::9", "44", "2001:db8:9::1", "2001:db8:9::53"}));
     EXPECT_EQ(wiredSecondaryDns(), "2001:db8:9::53");
     const sglobalIPValues noNumber = values("abc");
     EXPECT_EQ(said([&] { Set_Wired_Conn_Info(&noNumber); }).back(), "Fail to set Prefix Length [INVALID_PARAMETER][0]");

@@ -51,37 +51,6 @@ TEST_F(WiredSettingsAdapter, GivesDefaultsForWhatItCannotRead) {
     }
 }
 
-TEST_F(WiredSettingsAdapter, WritesAllValuesOrStoresNone) {
-    const Words before{kFull, "64", "fe80::1", "2001:db8:1::53"};
-    const struct {
-        const char* prefix;
-        const char* failing;
-        Words after;
-    } cases[] = {
-        {"56", "", {"2001:db8:9::9", "56", "2001:db8:9::1", "2001:db8:9::53"}},
-        {"300", "", {"2001:db8:9::9", "44", "2001:db8:9::1", "2001:db8:9::53"}},
-        {"abc", "", before},  // is 0, which no profile takes
-        {"56", "connection_profile_set_ip_address", before},
-        {"56", "connection_profile_set_prefix_length", before},
-        {"56", "connection_profile_set_gateway_address", before},
-        {"56", "connection_profile_set_dns_address", before},
-        {"56", "connection_update_profile", before},
-    };
-    for (const auto& [prefix, failing, after] : cases) {
-        openWired();
-        _Set_IP_Config_Type(kSwitchToManual);
-        _Set_DNS_Config_Type(kSwitchToManual);
-        if (*failing) fail(failing);
-        const sglobalIPValues wanted = values(prefix);
-        Set_Wired_Conn_Info(&wanted);
-        ASSERT_EQ(network::command(Words{"no-faults"}), "");
-        EXPECT_EQ(live(), after) << prefix << " " << failing;
-        TearDown();
-        connection_ = nullptr;
-    }
-    openWired();
-}
-
 TEST_F(WiredSettingsAdapter, SwitchesBackToWhatTheNetworkGives) {
     openWired();
     _Set_IP_Config_Type(kSwitchToManual);

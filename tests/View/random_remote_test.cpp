@@ -25,10 +25,6 @@ constexpr int kActions = 1000;
 #else
 constexpr int kActions = 100;
 #endif
-// The first seeds, one of each kind of network, also look for leaks: that needs the whole stack of each allocation and
-// takes ten times as long.
-constexpr std::uint64_t kSeedsWithLeaks = 2;
-constexpr const char* kWithoutLeaks = "verify_asan_link_order=0:detect_leaks=0:malloc_context_size=20";
 constexpr int kActionsBetweenClosings = 50;
 
 constexpr const char* kWiredScenarios[] = {"success",         "gateway-down",        "gateway-retry", "gateway-silent",
@@ -249,10 +245,9 @@ HostSetup randomRun(std::uint64_t seed, int actions) {
                     .environment = {{"MALLOC_MMAP_THRESHOLD_", "1000000000"}, {"MALLOC_TRIM_THRESHOLD_", "2000000000"}},
                     .arguments = {"--size", "640x360"},
                     .allowed = {kForgottenCandidate, kGoneBeforePopup},
-                    .timeout = 280};
+                    .timeout = 280 + actions / 20};
     setup.store.emplace_back("db/menu/system/accessibility/highcontrast", static_cast<int>(dice.below(2)));
     setup.store.emplace_back("db/menu/system/accessibility/focuszoom", static_cast<int>(dice.below(2)));
-    if (seed >= kSeedsWithLeaks) setup.environment.emplace_back("ASAN_OPTIONS", kWithoutLeaks);
     setup.script = randomStore(dice, wireless) + randomScript(dice, wireless, actions);
     return setup;
 }

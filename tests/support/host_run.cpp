@@ -118,10 +118,11 @@ std::vector<std::string> HostRun::environment(const HostSetup& setup) const {
         {"ELM_DISPLAY", "buffer"},
         {"ELM_ENGINE", "buffer"},
         {"EINA_LOG_BACKTRACE", "-1"},
-        {"ASAN_OPTIONS", "verify_asan_link_order=0:fast_unwind_on_malloc=0:malloc_context_size=64"},
-        {"LSAN_OPTIONS", "print_suppressions=0:suppressions=" HOST_RUN_LSAN_SUPPRESSIONS},
         {"UBSAN_OPTIONS", "print_stacktrace=1"},
     };
+    for (const char* const options : {"ASAN_OPTIONS", "LSAN_OPTIONS"}) {
+        if (const char* const wanted = std::getenv(options)) variables[options] = wanted;
+    }
     if (!setup.realClock) variables["LD_PRELOAD"] = HOST_RUN_CLOCK;
     for (const auto& [name, value] : setup.environment)
         variables[name] = value;
