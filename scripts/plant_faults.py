@@ -1,0 +1,218 @@
+#!/usr/bin/env python3
+"""Plants single faults in the code and tells which of them the tests catch.
+
+    scripts/plant_faults.py [--count 100] [--seed 1] [--files PATTERN] [--list] [--all-tests]
+
+Each fault is one changed line of src/ or platform/, drawn by kind and place with the seed. It is built and tested in a
+work tree of its own, so the checkout stays as it is. What does not compile is replaced by the next fault that is drawn.
+The report goes to standard output and to build/faults.json; the exit status is 0 whatever was caught, 2 when the
+unchanged code does not build or pass.
+"""
+
+import argparse
+import fnmatch
+import json
+import pathlib
+import random
+import re
+import subprocess
+import sys
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+PLACE = ROOT / "build" / "faults"
+
+# Which tests look at a folder or unit first; the others follow when these find nothing.
+NEAR = [
+    ("src/Common/IPv6", "Ipv6Address|Keyboard|Settings"),
+    ("src/Common/Status_Store", "Seeding|Settings|Keyboard"),
+    ("src/Common/", "Utilities|OutsideText|Records|KeyboardCalls|RunControl|Closing"),
+    ("src/MW_CAPI/MWCapi", "SettingsAdapter|Settings"),
+    ("src/MW_CAPI/Capi", "Settings"),
+    ("src/MW_CAPI/", "WirelessAdapter|Verdict|FailingCalls|Timeline|Wireless"),
+    ("src/View/Keyboard", "Keyboard"),
+    ("src/View/Custom", "Keyboard"),
+    ("src/View/IP", "Settings|Popup"),
+    ("src/View/", "Verdict|Timeline|Closing|Entry|RunControl|Wireless"),
+    ("platform/store", "Values|Damage|Disk|Processes|StoreTest"),
+    ("platform/log", "^Log"),
+    ("platform/host", "Table/|Script|Dump|Picture|Window|Help|KeyboardMapping|Clock|Languages"),
+    ("platform/voice", "VoiceControl"),
+    ("platform/network/networkmanager", "NetworkManager|WifiMock|Mock|Address|Neighbour|Profile|RealNetwork"),
+    ("platform/network/simulated", "Scenario|ScriptCommands|Simulated|WifiRadio|ConnectionSettings"),
+    ("platform/network", "Connection|Wifi"),
+]
+# Whole machines' worth of set-up: only for faults in what nothing else drives.
+SLOW = "RealNetwork|NetworkManager.Live"
+
+UNREGISTERS = re.compile(r"(_del|[Uu]nset\w*|[Cc]ancel\w*|[Rr]emove\w*|free|[Ff]orget\w*|[Cc]lear|reset|[Dd]estroy|stop)\(")
+CALL = re.compile(r"^\s+[A-Za-z_][\w:.>-]*\(.*\);\s*$")
+EARLY_RETURN = re.compile(r"^\s+if \(.*\) (return\b.*;|continue;|break;)\s*$")
+LEAVE_ALONE = re.compile(r"^\s*(//|\*|/\*|#|template|using |namespace|static_assert|public:|private:)|LOG_|NET_LOG|__dlog")
+
+# (kind, pattern, replacement): applied to one place of one line, outside of texts.
+REWRITES = [
+    ("flipped condition", r" == ", " != "),
+    ("flipped condition", r" != ", " == "),
+    ("flipped condition", r" && ", " || "),
+    ("flipped condition", r" \|\| ", " && "),
+    ("flipped condition", r"\bif \(!", "if ("),
+    ("flipped condition", r"\breturn !", "return "),
+    ("shifted bound", r" < ", " <= "),
+    ("shifted bound", r" > ", " >= "),
+    ("shifted bound", r" <= ", " < "),
+    ("shifted bound", r" >= ", " > "),
+    ("changed value", r"\btrue\b", "false"),
+    ("changed value", r"\bfalse\b", "true"),
+    ("changed value", r" \+ 1\b", ""),
+    ("changed value", r" - 1\b", ""),
+    ("changed value", r"\breturn 0;", "return 1;"),
+    ("changed value", r"\breturn -1;", "return 0;"),
+    ("swapped parts", r"\((\w+), (\w+)\)", r"(\2, \1)"),
+    ("swapped parts", r" \? ([\w.>()\"-]+) : ([\w.>()\"-]+)", r" ? \2 : \1"),
+    ("swapped parts", r"\{(\"[^\"]*\"|\w+), (\"[^\"]*\"|\w+)", r"{\2, \1"),
+]
+
+
+def outside_texts(line, at):
+    """Whether a place of a line is in code, neither in a text nor in a comment."""
+    before = re.sub(r'\\.', "..", line[:at])
+    return before.count('"') % 2 == 0 and "//" not in before
+
+
+def faults_in(path):
+    """All faults of one file, as (kind, line number, new line); an empty line drops what stood there."""
+    declared = path.suffix == ".h"
+    for number, line in enumerate(path.read_text().splitlines()):
+        if LEAVE_ALONE.search(line):
+            continue
+        for kind, pattern, new in REWRITES:
+            for match in re.finditer(pattern, line):
+                changed = line[: match.start()] + match.expand(new) + line[match.end():]
+                if outside_texts(line, match.start()) and changed != line:
+                    yield kind, number, changed
+        if EARLY_RETURN.match(line):
+            yield "dropped way out", number, ""
+        elif CALL.match(line) and not declared:
+            yield ("dropped unregistration" if UNREGISTERS.search(line) else "dropped call"), number, ""
+
+
+def drawn(tree, seed, pattern):
+    """Faults without end of use: one of each kind in turn, each drawn among all places of its kind."""
+    kinds = {}
+    files = sorted(file for room in ("src", "platform") for end in ("*.cpp", "*.h") for file in (tree / room).rglob(end))
+    for file in files:
+        name = str(file.relative_to(tree))
+        if "platform/include/" in name or not fnmatch.fnmatch(name, pattern):
+            continue
+        for kind, number, new in faults_in(file):
+            kinds.setdefault(kind, []).append((name, kind, number, new))
+    dice = random.Random(seed)
+    for faults in kinds.values():
+        dice.shuffle(faults)
+    while any(kinds.values()):
+        for kind in sorted(kinds):
+            if kinds[kind]:
+                yield kinds[kind].pop()
+
+
+def run(command, tree, limit):
+    """Exit status of a quiet command; a command that runs too long counts as failed."""
+    try:
+        return subprocess.run(command, cwd=tree, capture_output=True, text=True, timeout=limit)
+    except subprocess.TimeoutExpired as late:
+        return subprocess.CompletedProcess(command, 1, (late.stdout or b"").decode(errors="replace"), "")
+
+
+def build(tree):
+    return run(["cmake", "--build", "build/dev"], tree, 1800)
+
+
+def first_failure(tree, *choice):
+    """The name of the first test that fails, or nothing."""
+    end = run(["ctest", "--preset", "dev", "-j2", "--timeout", "120", "--stop-on-failure", *choice], tree, 1800)
+    failed = re.search(r"Test +#\d+: (\S+) \.*\*\*\*", end.stdout)
+    if end.returncode == 0 or "No tests were found" in end.stdout + end.stderr:
+        return None
+    return failed.group(1) if failed else "ctest"
+
+
+def catcher(tree, name, everything):
+    """The first test that catches the fault in a file, the near ones before the others."""
+    near = next((tests for start, tests in NEAR if name.startswith(start)), "^$")
+    slow = ["-E", SLOW] if not (everything or "networkmanager" in name) else []
+    return first_failure(tree, "-R", near, *slow) or first_failure(tree, "-E", f"{near}{'|' + SLOW if slow else ''}")
+
+
+def prepared_tree():
+    run(["git", "worktree", "remove", "--force", str(PLACE)], ROOT, 60)
+    made = run(["git", "worktree", "add", "--detach", str(PLACE), "HEAD"], ROOT, 60)
+    configured = made.returncode or run(["cmake", "--preset", "dev"], PLACE, 300).returncode
+    if configured or build(PLACE).returncode or (broken := first_failure(PLACE)):
+        sys.exit_reason = "the unchanged code does not build" if configured else f"unchanged code: {broken} fails"
+        print(sys.exit_reason, file=sys.stderr)
+        sys.exit(2)
+    return PLACE
+
+
+def try_fault(tree, fault, everything):
+    """What became of one fault: the test that caught it, an empty text when none did, nothing when it does not build."""
+    name, _, number, new = fault
+    file = tree / name
+    whole = file.read_text()
+    lines = whole.splitlines(keepends=True)
+    lines[number] = new + "\n"
+    file.write_text("".join(lines))
+    try:
+        if build(tree).returncode:
+            return None
+        return catcher(tree, name, everything) or ""
+    finally:
+        file.write_text(whole)
+
+
+def report(results):
+    caught = sum(1 for result in results if result["caught by"])
+    print(f"\n{caught} of {len(results)} faults caught ({100 * caught / max(1, len(results)):.0f} %)")
+    for kind in sorted({result["kind"] for result in results}):
+        of_kind = [result for result in results if result["kind"] == kind]
+        print(f"  {kind:24} {sum(1 for r in of_kind if r['caught by'])} of {len(of_kind)}")
+    (ROOT / "build" / "faults.json").write_text(json.dumps(results, indent=1, ensure_ascii=False) + "\n")
+
+
+def options():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--count", type=int, default=100, help="how many faults (100)")
+    parser.add_argument("--seed", type=int, default=1, help="which ones (1)")
+    parser.add_argument("--files", default="*", help="only files that match, such as 'src/View/*'")
+    parser.add_argument("--list", action="store_true", help="shows the faults without trying them")
+    parser.add_argument("--all-tests", action="store_true", help="the tests on real networks, too, for every fault")
+    return parser.parse_args()
+
+
+def main():
+    wanted = options()
+    if wanted.list:
+        for name, kind, number, new in [fault for fault, _ in zip(drawn(ROOT, wanted.seed, wanted.files),
+                                                                  range(wanted.count))]:
+            print(f"{name}:{number + 1}: {kind}: {new.strip() or '(dropped)'}")
+        return
+    tree = prepared_tree()
+    results = []
+    for fault in drawn(tree, wanted.seed, wanted.files):
+        if len(results) == wanted.count:
+            break
+        start = time.monotonic()
+        name, kind, number, new = fault
+        old = (tree / name).read_text().splitlines()[number].strip()
+        caught = try_fault(tree, fault, wanted.all_tests)
+        if caught is None:
+            continue
+        results.append({"file": name, "line": number + 1, "kind": kind, "was": old, "is": new.strip(), "caught by": caught})
+        print(f"{len(results):3} {name}:{number + 1}: {kind}: {old} -> {new.strip() or '(dropped)'}: "
+              f"{caught or 'NOT CAUGHT'} ({time.monotonic() - start:.0f} s)", flush=True)
+    report(results)
+
+
+if __name__ == "__main__":
+    main()
