@@ -37,8 +37,14 @@ void linkToItself(Evas_Object** widgets, int count, Elm_Focus_Direction forward,
     }
 }
 
+// A widget that goes loses its parts one by one, and the toolkit would give the focus to those that come to lie under
+// the pointer: it then remembers a widget that is gone.
 void deleteNow(void* widget) {
-    evas_object_del(static_cast<Evas_Object*>(widget));
+    auto* const object = static_cast<Evas_Object*>(widget);
+    Evas* const canvas = evas_object_evas_get(object);
+    evas_event_freeze(canvas);
+    evas_object_del(object);
+    evas_event_thaw(canvas);
 }
 
 void cancelDeletion(void* job, Evas* /*canvas*/, Evas_Object* /*widget*/, void* /*event*/) {
@@ -117,7 +123,7 @@ void _genlist_item_reailzed_cb(void* /*data*/, Evas_Object* /*list*/, void* item
 }
 
 void deleteObject(Evas_Object*& field) {
-    if (field) evas_object_del(field);
+    if (field) deleteNow(field);
     field = nullptr;
 }
 

@@ -36,11 +36,6 @@ constexpr const char* kWirelessScenarios[] = {
     "wifi-dhcp-failed", "wifi-markup-name",  "wifi-hostile-names",   "wifi-late-address",     "wifi-wrong-passphrase",
     "wifi-off",         "wifi-no-address",   "wifi-home-5g-first",   "wifi-reconnect",        "wifi-raw-name"};
 
-// Complaints about a widget that is gone, from the toolkit's focus code: the first when a popup is shown, the second
-// when one gives the focus back. Which of our calls leaves that widget behind is not known yet.
-constexpr const char* kForgottenCandidate = "efl_event_callback_del() Eo ID";
-constexpr const char* kGoneBeforePopup = "efl_ui_focus_object_focus_manager_get() Eo ID";
-
 constexpr const char* kMoves[] = {"Up", "Down", "Left", "Right"};
 constexpr const char* kTyping[] = {"0",     "1",         "2",         "3",    "4",       "5", "6",   "7",
                                    "8",     "9",         "a",         "b",    "c",       "d", "e",   "f",
@@ -244,7 +239,6 @@ HostSetup randomRun(std::uint64_t seed, int actions) {
                     // Frames that come from the heap save a third of the time.
                     .environment = {{"MALLOC_MMAP_THRESHOLD_", "1000000000"}, {"MALLOC_TRIM_THRESHOLD_", "2000000000"}},
                     .arguments = {"--size", "640x360"},
-                    .allowed = {kForgottenCandidate, kGoneBeforePopup},
                     .timeout = 280 + actions / 20};
     setup.store.emplace_back("db/menu/system/accessibility/highcontrast", static_cast<int>(dice.below(2)));
     setup.store.emplace_back("db/menu/system/accessibility/focuszoom", static_cast<int>(dice.below(2)));
