@@ -47,8 +47,8 @@ constexpr const Level& levelOf(int priority) {
 
 static_assert(std::ranges::all_of(kLevels, [](const Level& level) { return &levelOf(level.priority) == &level; }));
 
-// The loudest level that any tag lets pass: a line beyond it returns before anything else is looked at.
-std::atomic<int> loudest{EINA_LOG_LEVEL_WARN};
+// The lowest priority that any tag lets pass: a line below it returns before anything else is looked at.
+std::atomic<int> lowestHeard{DLOG_WARN};
 
 class Domains {
   public:
@@ -96,12 +96,13 @@ Domains& domains() {
 
 // At load, so that a print function that the program itself sets later is the one that counts.
 [[gnu::constructor]] void start() {
-    if (std::getenv("EINA_LOG_LEVELS")) loudest = INT_MAX;
+    if (std::getenv("EINA_LOG_LEVELS")) lowestHeard = INT_MIN;
     installSink();
 }
 
-int write(const Level& level, const char* tag, const char* format, std::va_list arguments) {
-    const int domain = domains().of(tag);
+// Apart from the entry, so that a line that nobody hears pays for none of this.
+[[gnu::noinline]] int write(const Level& level, const char* tag, const char* format, std::va_list arguments) {
+    const int domain = domains().of(tag ? tag : "");
     if (domain < 0) return -ENOMEM;
     if (level.eina > eina_log_domain_registered_level_get(domain)) return 0;
     std::string text;
@@ -120,7 +121,7 @@ bool setLevel(std::string_view name, std::string& message) {
         return false;
     }
     domains().setLevel(std::max<int>(level->eina, EINA_LOG_LEVEL_ERR));  // Eina drops everything at CRITICAL
-    loudest = level->eina;
+    lowestHeard = level->priority;
     return true;
 }
 
@@ -128,11 +129,10 @@ bool setLevel(std::string_view name, std::string& message) {
 
 int __dlog_print(int log_id, int priority, const char* tag, const char* format, ...) {
     if (log_id != DLOG_ID_MAIN || !logging::isPriority(priority) || !format) return -EINVAL;
-    const logging::Level& level = logging::levelOf(priority);
-    if (priority == DLOG_SILENT || level.eina > logging::loudest.load(std::memory_order_relaxed)) return 0;
+    if (priority < logging::lowestHeard.load(std::memory_order_relaxed) || priority == DLOG_SILENT) return 0;
     std::va_list arguments;
     va_start(arguments, format);
-    const int result = logging::write(level, tag ? tag : "", format, arguments);
+    const int result = logging::write(logging::levelOf(priority), tag, format, arguments);
     va_end(arguments);
     return result;
 }

@@ -13,6 +13,8 @@ constexpr std::int64_t kVersion = 1;
 // WAL with FULL syncs the log at each commit: a value that was stored survives a power cut.
 constexpr const char* kConnectionSettings =
     "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA trusted_schema=OFF";
+// Of a new file; it cannot change once there is a log. Each commit writes and syncs whole pages, and values are short.
+constexpr const char* kPageSize = "PRAGMA page_size=1024";
 constexpr const char* kSetUp =
     "BEGIN IMMEDIATE;"
     "CREATE TABLE settings(key TEXT PRIMARY KEY, value BLOB NOT NULL) WITHOUT ROWID;"
@@ -115,6 +117,9 @@ Outcome Database::check(std::string& why) {
               ", this program knows version 1";
     }
     if (!why.empty()) return Outcome::Damaged;
+    if (empty) {
+        if (const Outcome outcome = execute(kPageSize); outcome != Outcome::Done) return outcome;
+    }
     if (const Outcome outcome = execute(kConnectionSettings); outcome != Outcome::Done) return outcome;
     if (empty) {
         if (const Outcome outcome = setUp(); outcome != Outcome::Done) return outcome;

@@ -3,13 +3,11 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 
-#include <array>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
 
 #include "Common/Log.h"
-#include "Common/Text.h"
 
 namespace {
 
@@ -71,10 +69,10 @@ bool ip_part_all_zero_validation(std::string_view group) {
 
 // Walks the groups; each run of colons is one separator.
 bool checkGroups(std::string_view text) {
-    std::array<char, kLongestGroup + 1> lastGroup{};
+    std::string_view group;
     int groups = 0;
     while (!text.empty()) {
-        const std::string_view group = text.substr(0, text.find(':'));
+        group = text.substr(0, text.find(':'));
         LOG_DEBUG("temp_ip_part [%.*s] ip_part_len [%d]\n", static_cast<int>(group.size()), group.data(),
                   static_cast<int>(group.size()));
         if (group.size() > kLongestGroup) {
@@ -82,14 +80,15 @@ bool checkGroups(std::string_view text) {
             return false;
         }
         if (groups == 0 && ip_part_all_zero_validation(group)) return false;
-        copyText(lastGroup, group);
         ++groups;
         text.remove_prefix(group.size());
         const std::size_t next = text.find_first_not_of(':');
         text.remove_prefix(next == std::string_view::npos ? text.size() : next);
     }
-    LOG_DEBUG("ip_part [%d]temp_last_ip_part [%s] temp_ip_part [%s]\n", groups, lastGroup.data(), lastGroup.data());
-    return !ip_part_all_zero_validation(lastGroup.data());
+    const int length = static_cast<int>(group.size());
+    LOG_DEBUG("ip_part [%d]temp_last_ip_part [%.*s] temp_ip_part [%.*s]\n", groups, length, group.data(), length,
+              group.data());
+    return !ip_part_all_zero_validation(group);
 }
 
 bool ipv6Address_optimization(char* address) {
@@ -112,9 +111,7 @@ bool ipv6Address_optimization(char* address) {
 bool ipv6Address_validation(char* address) {
     LOG_SCOPE();
     if (!address) return false;
-    std::array<char, kLongestAddress + 1> copy{};
-    copyText(copy, std::string_view(address, strnlen(address, kLongestAddress)));
-    const std::string_view text(copy.data());
+    const std::string_view text(address, strnlen(address, kLongestAddress));
     if (text.size() < kShortestAddress) return false;
     if (text.front() == ':' || text.back() == ':') return false;
     if (!check_colons(text) || !checkGroups(text)) return false;

@@ -1,50 +1,40 @@
 // Log lines of the gadget, all under one tag and with the place they come from.
 #pragma once
 
-#include <string_view>
-
 #include "platform_log.h"
 
 inline constexpr const char* kLogTag = "NET_IPV6_APP";
 
-consteval const char* sourceFileName(const char* path) {
-    const std::string_view whole(path);
-    const auto slash = whole.rfind('/');
-    return slash == std::string_view::npos ? path : path + slash + 1;
-}
+#define LOG_TEXT_OF(number) #number
+#define LOG_TEXT(number) LOG_TEXT_OF(number)
 
-// The prefix is "file: function(line) > [path : function : line] "; the message follows in the same format.
-#define NET_LOG(priority, format, ...)                                                                             \
-    __dlog_print(DLOG_ID_MAIN, priority, kLogTag, "%s: %s(%d) > [%s : %s : %d] " format, sourceFileName(__FILE__), \
-                 __func__, __LINE__, __FILE__, __func__, __LINE__ __VA_OPT__(, ) __VA_ARGS__)
+// The prefix is "file: function(line) > [path : function : line] "; the message follows in the same format. What the
+// compiler knows of the place is in the format itself: a line that nobody hears costs what its arguments cost.
+#define NET_LOG(function, priority, format, ...)                                                                      \
+    __dlog_print(DLOG_ID_MAIN, priority, kLogTag,                                                                     \
+                 __FILE_NAME__ ": %s(" LOG_TEXT(__LINE__) ") > [" __FILE__ " : %s : " LOG_TEXT(__LINE__) "] " format, \
+                 function, function __VA_OPT__(, ) __VA_ARGS__)
 
-#define LOG_DEBUG(...) NET_LOG(DLOG_DEBUG, __VA_ARGS__)
-#define LOG_INFO(...) NET_LOG(DLOG_INFO, __VA_ARGS__)
-#define LOG_WARN(...) NET_LOG(DLOG_WARN, __VA_ARGS__)
-#define LOG_ERROR(...) NET_LOG(DLOG_ERROR, __VA_ARGS__)
-#define LOG_FATAL(...) NET_LOG(DLOG_FATAL, __VA_ARGS__)
+#define LOG_DEBUG(...) NET_LOG(__func__, DLOG_DEBUG, __VA_ARGS__)
+#define LOG_INFO(...) NET_LOG(__func__, DLOG_INFO, __VA_ARGS__)
+#define LOG_WARN(...) NET_LOG(__func__, DLOG_WARN, __VA_ARGS__)
+#define LOG_ERROR(...) NET_LOG(__func__, DLOG_ERROR, __VA_ARGS__)
+#define LOG_FATAL(...) NET_LOG(__func__, DLOG_FATAL, __VA_ARGS__)
 
-// Says START where it stands and END when its function is left, on whichever way.
-class LogScope {
+// Does its work when its function is left, on whichever way.
+template <typename Work>
+class AtScopeEnd {
   public:
-    LogScope(const char* path, const char* name, const char* function, int line)
-        : path_(path), name_(name), function_(function), line_(line) {
-        say("START");
-    }
-    ~LogScope() { say("END"); }
-    LogScope(const LogScope&) = delete;
-    LogScope& operator=(const LogScope&) = delete;
+    explicit AtScopeEnd(Work work) : work_(work) {}
+    ~AtScopeEnd() { work_(); }
+    AtScopeEnd(const AtScopeEnd&) = delete;
+    AtScopeEnd& operator=(const AtScopeEnd&) = delete;
 
   private:
-    void say(const char* what) const {
-        __dlog_print(DLOG_ID_MAIN, DLOG_DEBUG, kLogTag, "%s: %s(%d) > [%s : %s : %d] %s\n", name_, function_, line_,
-                     path_, function_, line_, what);
-    }
-
-    const char* path_;
-    const char* name_;
-    const char* function_;
-    int line_;
+    Work work_;
 };
 
-#define LOG_SCOPE() const LogScope logScope(__FILE__, sourceFileName(__FILE__), __func__, __LINE__)
+// Says START where it stands and END when its function is left.
+#define LOG_SCOPE()       \
+    LOG_DEBUG("START\n"); \
+    const AtScopeEnd logScope([function = __func__] { NET_LOG(function, DLOG_DEBUG, "END\n"); })

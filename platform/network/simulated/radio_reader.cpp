@@ -75,8 +75,10 @@ AccessPointRecord readAccessPoint(const Node& node, bool unchecked) {
 
 // Copies of a repeated access point carry their number in their names.
 void addAccessPoint(Radio& radio, const AccessPointRecord& record) {
-    radio.accessPoints.push_back(record);
-    radio.accessPoints.back().id = "ap" + std::to_string(radio.accessPoints.size());
+    const std::size_t place = radio.accessPoints.size();
+    AccessPointRecord& added = radio.accessPoints.emplace_back(record);
+    added.id = "ap" + std::to_string(place + 1);
+    radio.places.emplace(added.id, place);
 }
 
 void readAccessPoints(const Node& list, Radio& radio, bool unchecked) {

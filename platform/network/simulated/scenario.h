@@ -1,10 +1,12 @@
 // The state of a simulated network: read from a scenario file, changed by script commands and timed events.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "backend.h"
@@ -54,6 +56,7 @@ struct Radio {
     bool on = true;
     std::optional<std::string> mac;  // none: it cannot be read
     std::vector<AccessPointRecord> accessPoints;
+    std::unordered_map<std::string, std::size_t> places;  // of the identities: a walk asks for each of them
     std::string connected;  // the identity of the connected one, or empty
     Reply scanning{0.5, false, CONNECTION_ERROR_NONE};
 };

@@ -95,10 +95,10 @@ AccessPoint seenAccessPoint(const State& state, const AccessPointRecord& record)
 
 const AccessPointRecord* findAccessPoint(const State& state, std::string_view id) {
     if (!state.radio || !state.radio->on) return nullptr;
-    const auto& all = state.radio->accessPoints;
-    const auto found = std::find_if(all.begin(), all.end(),
-                                    [&](const AccessPointRecord& record) { return record.isFound && record.id == id; });
-    return found == all.end() ? nullptr : &*found;
+    const auto place = state.radio->places.find(std::string(id));
+    if (place == state.radio->places.end()) return nullptr;
+    const AccessPointRecord& record = state.radio->accessPoints[place->second];
+    return record.isFound ? &record : nullptr;
 }
 
 const AccessPointRecord* connectedAccessPoint(const State& state) {

@@ -1,4 +1,4 @@
-// The module's dynamic symbols: a platform of another maker must be able to stand in for ours.
+// The dynamic symbols, so that a platform of another maker can stand in for ours, and the hardening of what is linked.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -27,6 +27,16 @@ Names matching(const Names& names, const std::regex& pattern) {
     return found;
 }
 
+// Whether a line of what readelf says of the file has the one text, and, where it is given, lacks the other.
+bool readelfSays(const std::string& options, const std::string& file, const std::string& text,
+                 const std::string& absent = {}) {
+    const ToolOutput output = runTool(READELF " -W " + options + " '" + file + "'");
+    EXPECT_EQ(output.status, 0) << file;
+    return std::ranges::any_of(output.lines, [&](const std::string& line) {
+        return line.find(text) != std::string::npos && (absent.empty() || line.find(absent) == std::string::npos);
+    });
+}
+
 TEST(Linkage, TheModuleExportsItsTwoEntriesOnly) {
     EXPECT_EQ(symbols("-D --defined-only", MODULE_FILE), (Names{"UG_MODULE_INIT", "UG_MODULE_EXIT"}));
 }
@@ -52,6 +62,20 @@ TEST(Linkage, NothingOfThePlatformIsInsideTheModule) {
     ASSERT_EQ(dynamic.status, 0);
     for (const std::string& line : dynamic.lines)
         EXPECT_EQ(line.find("libgadget-platform"), std::string::npos) << line;
+}
+
+TEST(Linkage, EveryProductIsHardened) {
+    for (const std::string file : {MODULE_FILE, PLATFORM_FILE, HOST_FILE}) {
+        SCOPED_TRACE(file);
+        EXPECT_TRUE(readelfSays("-h", file, "DYN (")) << "loaded at a fixed place";
+        EXPECT_TRUE(readelfSays("-l", file, "GNU_RELRO")) << "the tables of the linker stay writable";
+        EXPECT_TRUE(readelfSays("-d", file, "BIND_NOW")) << "the tables of the linker stay writable";
+        EXPECT_TRUE(readelfSays("-l", file, "GNU_STACK", " RWE ")) << "the stack can be executed";
+        const Names called = symbols("-D --undefined-only", file);
+        EXPECT_EQ(matching(called, std::regex("^__stack_chk_fail")).size(), 1u);
+        const bool hasCheckedCopies = !matching(called, std::regex("^__(?!stack).*_chk(@|$)")).empty();
+        EXPECT_EQ(hasCheckedCopies, HAS_CHECKED_COPIES);
+    }
 }
 
 }  // namespace
