@@ -107,6 +107,7 @@ void* onCreate(ug_handle /*ug*/, int /*mode*/, ug_data /*data*/, void* /*priv*/)
     setText("PartMain:connection_msg_block", "COM_TV_SID_VERIFYING_WIRED_NETWORK_CONNECTION");
     screen.button = control::addButton(screen.layout, "PartMain:elm.swallow.cencel", "default", "SID_CANCEL");
     elm_object_focus_set(screen.button, EINA_TRUE);
+    elm_object_signal_emit(screen.button, "elm,action,focus", "elm");
     const char* const ticks = std::getenv(kVerdictTicks);
     screen.ticksToVerdict = ticks == nullptr ? -1 : std::atoi(ticks);
     screen.tick = ecore_timer_add(kTick, onTick, nullptr);

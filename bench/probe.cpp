@@ -4,7 +4,8 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <cinttypes>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -21,11 +22,16 @@ struct Event {
     double wall = 0;       // seconds of CLOCK_MONOTONIC
     double processor = 0;  // seconds of all threads together
     long residentPages = 0;
-    Eina_Rectangle area{};  // of a frame: the rectangle around all that it drew
-    int pixels = 0;         // of a frame: all that it drew
+    Eina_Rectangle area{};      // of a frame: the rectangle around all that it drew
+    int pixels = 0;             // of a frame: all that it drew
+    std::uint64_t picture = 0;  // of a frame: what stands on the screen beside the spinner, as a hash
 };
 
 constexpr const char* kMarkStart = "mark-";
+
+constexpr Eina_Rectangle kSpinner{1540, 160, 136, 120};
+constexpr std::uint32_t kColour = 0xFFFFFF;  // the fourth byte of a pixel is not defined
+constexpr std::uint64_t kHashFactor = 0x100000001B3;
 
 std::vector<Event> events;
 Evas_Object* screen = nullptr;
@@ -54,6 +60,23 @@ void mark(const std::string& what) {
     events.push_back(event);
 }
 
+// With $BENCH_PICTURES only: it takes time of its own.
+std::uint64_t hashOfPicture() {
+    Ecore_Evas* const canvas = ecore_evas_ecore_evas_get(evas_object_evas_get(screen));
+    const auto* const pixels = static_cast<const std::uint32_t*>(ecore_evas_buffer_pixels_get(canvas));
+    int width = 0;
+    int height = 0;
+    evas_output_size_get(evas_object_evas_get(screen), &width, &height);
+    std::uint64_t hash = 0;
+    for (int y = 0; pixels != nullptr && y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const bool spinner = eina_rectangle_coords_inside(&kSpinner, x, y) != EINA_FALSE;
+            if (!spinner) hash = (hash ^ (pixels[y * width + x] & kColour)) * kHashFactor;
+        }
+    }
+    return hash;
+}
+
 void noteFrame(void* /*data*/, Evas* /*canvas*/, void* drawn) {
     const auto* const frame = static_cast<const Evas_Event_Render_Post*>(drawn);
     if (frame == nullptr || frame->updated_area == nullptr) return;
@@ -69,6 +92,7 @@ void noteFrame(void* /*data*/, Evas* /*canvas*/, void* drawn) {
             eina_rectangle_union(&event.area, &part);
         }
     }
+    if (std::getenv("BENCH_PICTURES") != nullptr) event.picture = hashOfPicture();
     events.push_back(event);
 }
 
@@ -81,9 +105,9 @@ struct Writer {
         if (output == nullptr) return;
         const long pageSize = sysconf(_SC_PAGESIZE);
         for (const Event& event : events) {
-            std::fprintf(output, "%s %.6f %.6f %ld %d %d %d %d %d\n", event.what.c_str(), event.wall, event.processor,
-                         event.residentPages * pageSize, event.pixels, event.area.x, event.area.y, event.area.w,
-                         event.area.h);
+            std::fprintf(output, "%s %.6f %.6f %ld %d %d %d %d %d %016" PRIx64 "\n", event.what.c_str(), event.wall,
+                         event.processor, event.residentPages * pageSize, event.pixels, event.area.x, event.area.y,
+                         event.area.w, event.area.h, event.picture);
         }
         std::fclose(output);
     }
