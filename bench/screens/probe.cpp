@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#define INTERPOSED extern "C" __attribute__((visibility("default")))
+
 namespace {
 
 // One line of the record: what happened, when, and what the process had used by then.
@@ -129,9 +131,7 @@ bool isMeasuredModule(const char* file) {
 }  // namespace
 
 // NOLINTBEGIN(readability-identifier-naming): the names of the functions that are stood in for
-extern "C" {
-
-EAPI Evas_Object* elm_win_util_standard_add(const char* name, const char* title) {
+INTERPOSED Evas_Object* elm_win_util_standard_add(const char* name, const char* title) {
     screen = next<decltype(elm_win_util_standard_add)>("elm_win_util_standard_add")(name, title);
     if (screen != nullptr) {
         evas_event_callback_add(evas_object_evas_get(screen), EVAS_CALLBACK_RENDER_POST, noteFrame, nullptr);
@@ -140,7 +140,7 @@ EAPI Evas_Object* elm_win_util_standard_add(const char* name, const char* title)
 }
 
 // The gadget's opening begins with the loading of its module.
-EAPI void* dlopen(const char* file, int mode) {
+INTERPOSED void* dlopen(const char* file, int mode) {
     if (isMeasuredModule(file)) {
         // The host's own first frame is no part of the opening.
         if (std::getenv("BENCH_WINDOW_FIRST") != nullptr) {
@@ -152,20 +152,19 @@ EAPI void* dlopen(const char* file, int mode) {
 }
 
 // A key of this name is a mark in a script and reaches nobody.
-EAPI void evas_event_feed_key_down(Evas* canvas, const char* keyname, const char* key, const char* text,
-                                   const char* compose, unsigned int timestamp, const void* data) {
+INTERPOSED void evas_event_feed_key_down(Evas* canvas, const char* keyname, const char* key, const char* text,
+                                         const char* compose, unsigned int timestamp, const void* data) {
     if (std::strncmp(keyname, kMarkStart, std::strlen(kMarkStart)) == 0) return mark(keyname);
     mark(std::string("key-") + keyname);
     next<decltype(evas_event_feed_key_down)>("evas_event_feed_key_down")(canvas, keyname, key, text, compose, timestamp,
                                                                          data);
 }
 
-EAPI void evas_event_feed_key_up(Evas* canvas, const char* keyname, const char* key, const char* text,
-                                 const char* compose, unsigned int timestamp, const void* data) {
+INTERPOSED void evas_event_feed_key_up(Evas* canvas, const char* keyname, const char* key, const char* text,
+                                       const char* compose, unsigned int timestamp, const void* data) {
     if (std::strncmp(keyname, kMarkStart, std::strlen(kMarkStart)) == 0) return;
     next<decltype(evas_event_feed_key_up)>("evas_event_feed_key_up")(canvas, keyname, key, text, compose, timestamp,
                                                                      data);
 }
 
-}  // extern "C"
 // NOLINTEND(readability-identifier-naming)
