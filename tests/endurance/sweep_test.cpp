@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <iostream>
 #include <map>
+#include <span>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -175,7 +178,11 @@ struct Sweep {
 constexpr Sweep kSweeps[] = {{"Calls", failingCalls, 331}, {"Allocations", failingAllocations, 17}};
 
 constexpr std::size_t kJourneysInARun = 60;
-constexpr std::size_t kSlices = 6;  // tests that the shards of a long run take turns in
+
+// A long run is cut into so many tests, which its shards take turns in.
+std::size_t slices() {
+    return std::getenv("ENDURANCE_EVERY") == nullptr ? 1 : 6;
+}
 
 class Failures : public testing::TestWithParam<std::tuple<std::size_t, Sweep, std::size_t>> {};
 
@@ -184,7 +191,7 @@ TEST_P(Failures, LeaveATrueScreenAndAClosedGadget) {
     const Network& network = networks()[number];
     const std::vector<Failure> all = kind.failures(soundJourney(network));
     std::vector<Failure> played;
-    for (std::size_t i = slice; i < all.size(); i += kSlices * everyNth(kind.sampled))
+    for (std::size_t i = slice; i < all.size(); i += slices() * everyNth(kind.sampled))
         played.push_back(all[i]);
     for (std::size_t first = 0; first < played.size(); first += kJourneysInARun)
         sweep(network, std::span(played).subspan(first, std::min(kJourneysInARun, played.size() - first)));
@@ -198,7 +205,7 @@ std::string nameOf(const testing::TestParamInfo<Failures::ParamType>& test) {
 
 INSTANTIATE_TEST_SUITE_P(Each, Failures,
                          testing::Combine(testing::Range<std::size_t>(0, 3), testing::ValuesIn(kSweeps),
-                                          testing::Range<std::size_t>(0, kSlices)),
+                                          testing::Range<std::size_t>(0, slices())),
                          nameOf);
 
 }  // namespace
