@@ -15,15 +15,15 @@ constexpr std::string_view kReport = "endurance {";
 constexpr std::string_view kComplaint = "endurance complaint";
 constexpr std::string_view kMustHold[] = {"try expect sane", "try expect closed"};
 
-HostSetup setup(const Network& network, const std::string& script, std::vector<std::string> allowed) {
+HostSetup setup(const Network& network, const std::string& script, const std::string& module) {
     return {.network = network.scenario,
             .script = "key Menu\nexpect closed within 1\n" + script,
             // Frames that come from the heap save a third of the time.
             .environment = {{"LD_PRELOAD", ENDURANCE_PRELOAD},
                             {"MALLOC_MMAP_THRESHOLD_", "1000000000"},
                             {"MALLOC_TRIM_THRESHOLD_", "2000000000"}},
+            .module = module,
             .arguments = {"--size", "640x360"},
-            .allowed = std::move(allowed),
             .timeout = 3600};
 }
 
@@ -97,8 +97,8 @@ std::string endJourney(const std::string& name) {
            order("report", name);
 }
 
-EnduranceRun::EnduranceRun(const Network& network, const std::string& script, std::vector<std::string> allowed)
-    : network_(network.name), run_(setup(network, script, std::move(allowed))) {
+EnduranceRun::EnduranceRun(const Network& network, const std::string& script, const std::string& module)
+    : network_(network.name), run_(setup(network, script, module)) {
     std::istringstream lines(run_.errors());
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with(kReport)) reports_.push_back(nlohmann::json::parse(line.substr(kReport.size() - 1)));

@@ -22,8 +22,9 @@ const std::vector<Network>& networks();
 
 class EnduranceRun {
   public:
-    // The gadget that the host opens is closed before the script begins: each journey opens its own.
-    EnduranceRun(const Network& network, const std::string& script, std::vector<std::string> allowed = {});
+    // What the host opens is closed before the script begins: each journey opens its own. Without a module it is the
+    // gadget.
+    EnduranceRun(const Network& network, const std::string& script, const std::string& module = {});
 
     const HostRun& host() const { return run_; }
     // What `set-store endurance/report` wrote, in order.

@@ -31,11 +31,6 @@ const void* forget(Timer* timer) {
 Eina_Bool tick(void* data) {
     auto* const timer = static_cast<Timer*>(data);
     Ecore_Timer* const key = timer->timer;
-    if (!injection::isGadgets(reinterpret_cast<const void*>(timer->task))) {
-        injection::complain("a timer after the end of the gadget", "ecore_timer_add");
-        forget(timer);
-        return ECORE_CALLBACK_CANCEL;
-    }
     if (timer->task(const_cast<void*>(timer->data)) == ECORE_CALLBACK_RENEW) return ECORE_CALLBACK_RENEW;
     const auto found = timers().find(key);
     if (found != timers().end() && found->second == timer) forget(timer);
