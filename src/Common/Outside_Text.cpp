@@ -2,6 +2,7 @@
 
 #include <Elementary.h>
 
+#include "Common/Memory_Limit.h"
 #include "Common/Text.h"
 
 namespace {
@@ -35,7 +36,13 @@ std::string showableText(std::string_view text) {
     return shown;
 }
 
+char* showableMarkup(const char* text) {
+    char* markup = nullptr;
+    unlessOutOfMemory([&] { markup = elm_entry_utf8_to_markup(showableText(text ? text : "").c_str()); });
+    return markup;
+}
+
 void setOutsideText(Evas_Object* layout, const char* part, const char* text) {
-    const PlatformText markup(elm_entry_utf8_to_markup(showableText(text ? text : "").c_str()));
+    const PlatformText markup(showableMarkup(text));
     elm_object_part_text_set(layout, part, markup ? markup.get() : "");
 }

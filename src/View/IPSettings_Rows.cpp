@@ -48,18 +48,13 @@ int indexIn(const void* data) {
     return static_cast<int>(reinterpret_cast<std::intptr_t>(data));
 }
 
-// A text from outside, ready for a list row.
-char* rowText(const char* text) {
-    return elm_entry_utf8_to_markup(showableText(text).c_str());
-}
-
 char* _item_label_get_2text(void* data, Evas_Object* /*list*/, const char* part) {
     LOG_SCOPE();
     const SettingsRow* const row = rowAt(indexIn(data));
     sIPSetting* const settings = getObject();
     if (!row || !settings || !part) return strdup("");
     if (std::strcmp(part, kLabelPart) == 0) return strdup(localised(row->labelId));
-    if (std::strcmp(part, kValuePart) == 0) return rowText(row->shown(*settings).data());
+    if (std::strcmp(part, kValuePart) == 0) return showableMarkup(row->shown(*settings).data());
     return strdup("");
 }
 

@@ -3,6 +3,7 @@
 #include <Elementary.h>
 
 #include "Common/Log.h"
+#include "Common/Memory_Limit.h"
 #include "Common/Outside_Text.h"
 #include "Common/Text.h"
 #include "View/Custom_IPv6_Keyboard.h"
@@ -51,7 +52,8 @@ void addEntry(custKeyboard& keyboard, const char* content) {
     elm_object_part_content_set(keyboard.IME_Password_bg, kEntryPart, entry);
     applyEntryRules(entry);
     elm_entry_entry_set(entry, "");
-    const EditedText opened = openedWith(showableText(content ? content : ""));
+    EditedText opened;
+    unlessOutOfMemory([&] { opened = openedWith(showableText(content ? content : "")); });
     showInEntry(entry, opened);
     elm_entry_cursor_end_set(entry);
     showCaret(entry);

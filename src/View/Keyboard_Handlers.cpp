@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Common/Log.h"
+#include "Common/Memory_Limit.h"
 #include "Common/Resources.h"
 #include "View/Custom_IPv6_Keyboard.h"
 #include "View/Keyboard_Editing.h"
@@ -64,6 +65,28 @@ void moveCursor(const void* data, Evas_Object* button, Eina_Bool (*move)(Evas_Ob
     LOG_DEBUG("Currnet cursor Position After %s Shift== %d\n", whither, entryCursor(keyboard->en));
 }
 
+void type(custKeyboard& keyboard, Evas_Object* button, const void* event) {
+    const std::string text = entryText(keyboard.en);
+    if (isFull(text)) return sayBoxIsFull(keyboard, text);
+    const char character = typedCharacter(button, event);
+    if (character == '\0') return;
+    const FocusPause pause(button);
+    const EditedText edited = insertCharacter(text, entryCursor(keyboard.en), character);
+    LOG_DEBUG("%s\n", edited.text.size() > text.size() + 1 ? "colon added" : "No colon added");
+    showInEntry(keyboard.en, edited);
+}
+
+void deleteOne(const custKeyboard& keyboard) {
+    const std::string text = entryText(keyboard.en);
+    LOG_DEBUG("Initial String %s\n", text.c_str());
+    const int cursor = entryCursor(keyboard.en);
+    if (cursor == 0) {
+        LOG_DEBUG("cursorPos value is 0, exiting\n");
+        return;
+    }
+    showInEntry(keyboard.en, deleteBeforeCursor(text, cursor));
+}
+
 }  // namespace
 
 void appendString_cb(void* data, Evas_Object* button, void* event) {
@@ -74,14 +97,7 @@ void appendString_cb(void* data, Evas_Object* button, void* event) {
         LOG_DEBUG("Data Argument casting NULL for cCustKeyboard of * to  sCustKeyboard\n");
         return;
     }
-    const std::string text = entryText(keyboard->en);
-    if (isFull(text)) return sayBoxIsFull(*keyboard, text);
-    const char character = typedCharacter(button, event);
-    if (character == '\0') return;
-    const FocusPause pause(button);
-    const EditedText edited = insertCharacter(text, entryCursor(keyboard->en), character);
-    LOG_DEBUG("%s\n", edited.text.size() > text.size() + 1 ? "colon added" : "No colon added");
-    showInEntry(keyboard->en, edited);
+    unlessOutOfMemory([&] { type(*keyboard, button, event); });
 }
 
 void back_Btn_cb(void* data, Evas_Object* button, void* /*event*/) {
@@ -90,14 +106,7 @@ void back_Btn_cb(void* data, Evas_Object* button, void* /*event*/) {
     const custKeyboard* const keyboard = keyboardOf(data, button);
     if (!keyboard) return;
     const FocusPause pause(button);
-    const std::string text = entryText(keyboard->en);
-    LOG_DEBUG("Initial String %s\n", text.c_str());
-    const int cursor = entryCursor(keyboard->en);
-    if (cursor == 0) {
-        LOG_DEBUG("cursorPos value is 0, exiting\n");
-        return;
-    }
-    showInEntry(keyboard->en, deleteBeforeCursor(text, cursor));
+    unlessOutOfMemory([&] { deleteOne(*keyboard); });
 }
 
 void deleteAll_Btn_cb(void* data, Evas_Object* button, void* /*event*/) {
@@ -106,7 +115,7 @@ void deleteAll_Btn_cb(void* data, Evas_Object* button, void* /*event*/) {
     const custKeyboard* const keyboard = keyboardOf(data, button);
     if (!keyboard) return;
     const FocusPause pause(button);
-    LOG_DEBUG("Existing Data %s\n", entryText(keyboard->en).c_str());
+    unlessOutOfMemory([&] { LOG_DEBUG("Existing Data %s\n", entryText(keyboard->en).c_str()); });
     showInEntry(keyboard->en, {});
 }
 

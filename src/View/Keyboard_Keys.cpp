@@ -6,6 +6,7 @@
 
 #include "Common/Common_Function.h"
 #include "Common/Log.h"
+#include "Common/Memory_Limit.h"
 #include "Common/Outside_Text.h"
 #include "Common/Resources.h"
 #include "View/Custom_IPv6_Keyboard.h"
@@ -31,7 +32,7 @@ void Ok_Btn_cb(void* data, Evas_Object* /*button*/, void* /*event*/) {
         LOG_DEBUG("IP Data Setting Change Value Object could not be created !!!\n");
         return;
     }
-    copyText(edited->valueText, openedWith(entryText(keyboard->en)).text);
+    if (!unlessOutOfMemory([&] { copyText(edited->valueText, openedWith(entryText(keyboard->en)).text); })) return;
     // A valid text closes the keyboard: it is gone after this call.
     if (edited->onResult) edited->onResult(edited->valueText);
 }
