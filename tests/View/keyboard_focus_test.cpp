@@ -50,7 +50,8 @@ struct Move {
     Cell from;
     std::string arrow;
 
-    auto operator<=>(const Move&) const = default;  // NOLINT(modernize-use-nullptr): it takes the comparison for one with 0
+    // NOLINTNEXTLINE(modernize-use-nullptr): it reads the defaulted comparison as one with 0
+    auto operator<=>(const Move&) const = default;
 };
 
 // The shortest way to a move that has not been made yet; its last step is that move. Empty when all have been.
