@@ -19,7 +19,7 @@ std::string languageOf(const std::string& locale) {
 
 // The variables in the order in which the C library obeys them.
 std::string wishedLanguages() {
-    if (const std::string wished = environment("LANGUAGE"); !wished.empty()) return wished;
+    if (std::string wished = environment("LANGUAGE"); !wished.empty()) return wished;
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         if (const std::string locale = environment(name); !locale.empty()) return languageOf(locale);
     }

@@ -105,6 +105,7 @@ class Backend {
         return CONNECTION_ERROR_NO_CONNECTION;
     }
     virtual int connectedAccessPoint(std::string& /*id*/) { return CONNECTION_ERROR_NO_CONNECTION; }
+    // NOLINTBEGIN(performance-unnecessary-value-param): who answers keeps the Answer; only these refusals do not.
     // Ends within 30 s: INVALID_KEY for a wrong passphrase, NO_CONNECTION for a network that went away, NO_REPLY for
     // an association that never ends, DHCP_FAILED, or OPERATION_ABORTED. The passphrase goes to the network only.
     virtual int connectAccessPoint(const std::string& /*id*/, const std::string& /*passphrase*/, Answer /*answer*/,
@@ -125,6 +126,7 @@ class Backend {
     virtual int askWifiOnline(Answer /*answer*/, std::unique_ptr<Question>& /*question*/) {
         return CONNECTION_ERROR_INVALID_OPERATION;
     }
+    // NOLINTEND(performance-unnecessary-value-param)
     virtual int storeAccessPoint(const std::string& /*id*/, const Ipv6Settings& /*settings*/) {
         return CONNECTION_ERROR_OPERATION_FAILED;
     }

@@ -21,20 +21,21 @@ inline constexpr const char* kLogTag = "NET_IPV6_APP";
 #define LOG_ERROR(...) NET_LOG(__func__, DLOG_ERROR, __VA_ARGS__)
 #define LOG_FATAL(...) NET_LOG(__func__, DLOG_FATAL, __VA_ARGS__)
 
-// Does its work when its function is left, on whichever way.
-template <typename Work>
+// Says what it was given to say when its function is left, on whichever way.
+template <typename Say>
 class AtScopeEnd {
   public:
-    explicit AtScopeEnd(Work work) : work_(work) {}
-    ~AtScopeEnd() { work_(); }
+    AtScopeEnd(const char* function, Say say) : function_(function), say_(say) {}
+    ~AtScopeEnd() { say_(function_); }
     AtScopeEnd(const AtScopeEnd&) = delete;
     AtScopeEnd& operator=(const AtScopeEnd&) = delete;
 
   private:
-    Work work_;
+    const char* function_;
+    [[no_unique_address]] Say say_;
 };
 
 // Says START where it stands and END when its function is left.
 #define LOG_SCOPE()       \
     LOG_DEBUG("START\n"); \
-    const AtScopeEnd logScope([function = __func__] { NET_LOG(function, DLOG_DEBUG, "END\n"); })
+    const AtScopeEnd logScope(__func__, [](const char* function) { NET_LOG(function, DLOG_DEBUG, "END\n"); })

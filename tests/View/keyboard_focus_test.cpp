@@ -50,6 +50,7 @@ struct Move {
     Cell from;
     std::string arrow;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): it reads the defaulted comparison as one with 0
     auto operator<=>(const Move&) const = default;
 };
 

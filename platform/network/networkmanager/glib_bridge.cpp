@@ -61,7 +61,7 @@ int merge(Query& asked, int count, fd_set& readable, fd_set& writable) {
 }
 
 timeval toTimeval(int milliseconds) {
-    return {milliseconds / 1000, (milliseconds % 1000) * 1000};
+    return {milliseconds / 1000, (milliseconds % 1000) * 1000L};
 }
 
 timeval* earlier(timeval* ecore, timeval* glib) {
