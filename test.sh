@@ -18,7 +18,7 @@ check() {
 }
 
 check_format() {
-    find src platform tests -name '*.[ch]' -o -name '*.cpp' | sort |
+    find src platform tests bench -name '*.[ch]' -o -name '*.cpp' | sort |
         xargs -r clang-format --dry-run -Werror
 }
 

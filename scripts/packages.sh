@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sourced by run.sh and test.sh, from the root of the tree: installs the packages of packages.txt that are missing.
+# Sourced by run.sh, test.sh and bench.sh, from the root of the tree: installs the packages of packages.txt that are missing.
 
 missing_packages() {
     local name

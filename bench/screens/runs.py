@@ -119,9 +119,9 @@ class Bench:
         return done
 
     @contextlib.contextmanager
-    def fresh_folder(self):
+    def fresh_folder(self, with_store=True):
         folder = Path(tempfile.mkdtemp(dir=self.folder))
-        for file in self.seed.glob("settings.db*"):
+        for file in self.seed.glob("settings.db*") if with_store else ():
             shutil.copy(file, folder)
         try:
             yield folder
@@ -138,9 +138,9 @@ class Bench:
             self.execute(folder, command, {**probe, **variables})
             return Record(read_record(record), started)
 
-    def count_instructions(self, who):
+    def count_instructions(self, who, with_store=True):
         """Instructions from the module's create callback to its return, by callgrind."""
-        with self.fresh_folder() as folder:
+        with self.fresh_folder(with_store) as folder:
             valgrind = ["valgrind", "--tool=callgrind", f"--callgrind-out-file={folder}/callgrind",
                         f"--toggle-collect={CREATE[who]}"]
             # At valgrind's pace the toolkit gives up waiting for its drawing threads, and may crash when it closes.
