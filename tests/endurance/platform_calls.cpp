@@ -2,6 +2,9 @@
 #include <Ecore.h>
 #include <dlfcn.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -22,10 +25,28 @@ Result callNext(const char* name, Arguments... arguments) {
     return reinterpret_cast<Result (*)(Arguments...)>(dlsym(RTLD_NEXT, name))(arguments...);
 }
 
+// Puts the ordered text in the place of one that the platform hands out.
+void replaceText(char** text) {
+    const char* const wanted = injection::platformText();
+    if (text == nullptr || wanted == nullptr) return;
+    std::free(*text);
+    *text = strdup(wanted);
+}
+void replaceText(...) {}
+
+// Of the stored values only those that are shown as they are; modes and the like stay.
+bool isShownValue(std::string_view key) {
+    constexpr std::string_view kEnds[] = {"_ip_V6", "_gateway_V6", "_dns_V6", "/ap_name"};
+    return std::ranges::any_of(kEnds, [key](std::string_view end) { return key.ends_with(end); });
+}
+
 template <typename... Arguments>
 GATE int gate(const char* name, Arguments... arguments) {
     const int fault = injection::platformFault(name, __builtin_return_address(0));
-    return fault != 0 ? fault : callNext<int>(name, arguments...);
+    if (fault != 0) return fault;
+    const int result = callNext<int>(name, arguments...);
+    if (result == 0) (replaceText(arguments), ...);
+    return result;
 }
 
 // A result that the gadget waits for. It outlives its withdrawal, to hear what must not come any more.
@@ -190,7 +211,14 @@ INTERPOSED int vc_elm_deinitialize(void) { gadgetLives = false; return gate(__fu
 
 INTERPOSED char* vconf_get_str(const char* key) {
     if (injection::platformFault(__func__, __builtin_return_address(0)) != 0) return nullptr;
-    return callNext<char*>(__func__, key);
+    char* text = callNext<char*>(__func__, key);
+    if (text != nullptr && isShownValue(key) && injection::isGadgets(__builtin_return_address(0))) replaceText(&text);
+    return text;
+}
+INTERPOSED char* dcgettext(const char* domain, const char* id, int category) noexcept {
+    const char* const wanted = injection::catalogueText();
+    if (wanted == nullptr || !injection::isGadgets(__builtin_return_address(0))) return callNext<char*>(__func__, domain, id, category);
+    return const_cast<char*>(wanted);
 }
 INTERPOSED int vconf_get_int(const char* key, int* value) { return gate(__func__, key, value); }
 INTERPOSED int vconf_set_str(const char* key, const char* value) {
