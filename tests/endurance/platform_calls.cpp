@@ -59,6 +59,7 @@ struct Answer {
     int result = 0;
     bool withdrawn = false;
     bool delivered = false;
+    bool abandoned = false;
 };
 
 constinit bool gadgetLives = false;
@@ -82,11 +83,17 @@ void withdrawAll(std::string_view prefix) {
     withdraw([prefix](const Answer& answer) { return std::string_view(answer.function).starts_with(prefix); });
 }
 
+void abandonAll(std::string_view prefix) {
+    for (const auto& answer : answers())
+        answer->abandoned = answer->abandoned || std::string_view(answer->function).starts_with(prefix);
+}
+
 Eina_Bool deliver(void* data) {
     auto* const answer = static_cast<Answer*>(data);
     answer->delivered = true;
     if (answer->withdrawn) return ECORE_CALLBACK_CANCEL;
-    if (!gadgetLives) injection::complain("an answer that nobody withdrew comes to a closed gadget", answer->function);
+    if (!gadgetLives && !answer->abandoned)
+        injection::complain("an answer that nobody withdrew comes to a closed gadget", answer->function);
     answer->callback(answer->result, answer->data);
     return ECORE_CALLBACK_CANCEL;
 }
@@ -173,7 +180,12 @@ INTERPOSED int connection_profile_set_gateway_address(Profile p, int family, con
 INTERPOSED int connection_profile_set_dns_address(Profile p, int order, int family, const char* address) { return gate(__func__, p, order, family, address); }
 
 INTERPOSED int wifi_initialize(void) { return gate(__func__); }
-INTERPOSED int wifi_deinitialize(void) { return gateRelease(__func__, [] { withdrawAll("wifi_"); }); }
+// There is no other way to withdraw the manager's own questions: when it refuses, nobody can be blamed.
+INTERPOSED int wifi_deinitialize(void) {
+    const int result = gateRelease(__func__, [] { withdrawAll("wifi_"); });
+    if (result != WIFI_ERROR_NONE) abandonAll("wifi_");
+    return result;
+}
 INTERPOSED int wifi_is_activated(bool* activated) { return gate(__func__, activated); }
 INTERPOSED int wifi_get_mac_address(char** mac) { return gate(__func__, mac); }
 INTERPOSED int wifi_foreach_found_aps(wifi_found_ap_cb cb, void* data) { return gate(__func__, cb, data); }
