@@ -127,6 +127,11 @@ json popupRow(Evas_Object* popup) {
     return {{"style", elm_object_style_get(popup)}, {"texts", texts}};
 }
 
+// In one line; what is not valid UTF-8 is replaced.
+std::string readable(const json& value) {
+    return value.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
 std::string focusLabel(Evas_Object* focused) {
     if (!host::screen::isType(focused, "elm_genlist")) return host::screen::label(focused);
     Elm_Object_Item* const item = elm_object_focused_item_get(focused);
@@ -175,9 +180,9 @@ json dump(Evas_Object* window, double time) {
 
 std::string summary(Evas_Object* window) {
     std::ostringstream lines;
-    lines << "  gadget: " << (isGadgetOpen() ? "open" : "closed") << "\n  focus: " << focus(window).dump() << '\n';
+    lines << "  gadget: " << (isGadgetOpen() ? "open" : "closed") << "\n  focus: " << readable(focus(window)) << '\n';
     for (const Text& text : texts(window))
-        lines << "  text: " << json(text.text).dump() << '\n';
+        lines << "  text: " << readable(text.text) << '\n';
     for (const std::string& picture : pictures(window))
         lines << "  picture: " << picture << '\n';
     return lines.str();

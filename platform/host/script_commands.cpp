@@ -272,8 +272,14 @@ void parseShot(Arguments& arguments, Command& command) {
 
 void parseDump(Arguments& arguments, Command& command) {
     command.act = [file = arguments.take("the file's name")](const Stage& stage) {
+        std::string text;
+        try {
+            text = host::screen::dump(stage.window, stage.time).dump(2);
+        } catch (const nlohmann::json::type_error&) {
+            return Outcome{false, "a text on the screen is not valid UTF-8"};
+        }
         std::ofstream output(file);
-        output << host::screen::dump(stage.window, stage.time).dump(2) << '\n';
+        output << text << '\n';
         return Outcome{output.good(), output.good() ? file : "cannot write " + file};
     };
 }

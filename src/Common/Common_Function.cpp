@@ -94,6 +94,10 @@ sNetworkStatus* createNetworkStatus() {
     return sNetworkStatusObj;
 }
 
+sNetworkStatus* existingNetworkStatus() {
+    return sNetworkStatusObj;
+}
+
 void freeSNetworkStatus() {
     LOG_SCOPE();
     if (!sNetworkStatusObj) return;

@@ -72,6 +72,8 @@ void setDefaultValGlobalIPInfo();
 
 // The one instance with its sub-record, zero-filled on the first call. Null when memory is out.
 sNetworkStatus* createNetworkStatus();
+// The same instance when there is one, else null: for answers that may come after the end.
+sNetworkStatus* existingNetworkStatus();
 // Frees both records; widgets and platform handles are not touched.
 void freeSNetworkStatus();
 

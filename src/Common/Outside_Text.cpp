@@ -9,9 +9,13 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-// The toolkit's decoder hands invalid bytes out as lone surrogates.
-constexpr bool isInvalidByte(Eina_Unicode character) {
-    return character >= 0xD800 && character <= 0xDFFF;
+// The toolkit's decoder hands invalid bytes out as lone surrogates, and takes what lies beyond the last character.
+constexpr bool isCharacter(Eina_Unicode value) {
+    return value < 0xD800 || (value > 0xDFFF && value <= 0x10FFFF);
+}
+// It also takes longer sequences than a character needs.
+constexpr int sequenceLength(Eina_Unicode character) {
+    return character < 0x80 ? 1 : character < 0x800 ? 2 : character < 0x10000 ? 3 : 4;
 }
 constexpr bool isControl(Eina_Unicode character) {
     return character < 0x20 || (character >= 0x7F && character < 0xA0);
@@ -27,7 +31,9 @@ std::string showableText(std::string_view text) {
         const int start = position;
         const Eina_Unicode character = eina_unicode_utf8_next_get(source.c_str(), &position);
         if (position <= start) break;
-        if (isInvalidByte(character) || isControl(character)) {
+        const bool isWellFormed = isCharacter(character) && position - start == sequenceLength(character);
+        if (!isWellFormed) position = start + 1;
+        if (!isWellFormed || isControl(character)) {
             shown += kReplacement;
         } else {
             shown.append(source, static_cast<std::size_t>(start), static_cast<std::size_t>(position - start));

@@ -11,7 +11,7 @@ constinit int strength_signal = 0;
 constinit char wifi_security_type = 0;
 
 sConnectivityStatus* checkResults() {
-    const sNetworkStatus* status = createNetworkStatus();
+    const sNetworkStatus* status = existingNetworkStatus();
     return status ? status->connStatus : nullptr;
 }
 

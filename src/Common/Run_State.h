@@ -27,7 +27,7 @@ extern int strength_signal;
 extern char wifi_security_type;
 
 struct sConnectivityStatus;
-// What the running check has found out, or null when there is no memory for it.
+// What the running check has found out, or null when the gadget is closed or there is no memory for it.
 sConnectivityStatus* checkResults();
 // The gateway cannot be asked, or its answer will not come: the running stage ends without it.
 void giveUpGateway();

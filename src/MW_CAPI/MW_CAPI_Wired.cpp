@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 #include "Common/Common_Function.h"
 #include "Common/Log.h"
@@ -20,6 +21,8 @@ constexpr int kFamily = CONNECTION_ADDRESS_FAMILY_IPV6;
 
 // The clone of the first registered Ethernet profile; ours until the client goes.
 constinit connection_profile_handle registeredProfile = nullptr;
+// Where the gateway check was asked last. The client's own unset does not reach it, and the client may refuse to go.
+constinit connection_profile_handle askedProfile = nullptr;
 
 connection_handle client() {
     const sNetworkStatus* status = createNetworkStatus();
@@ -126,6 +129,7 @@ void profile_check_gateway_async_callback(int result, void* /*data*/) {
 }
 
 int startGatewayCheck(connection_profile_handle profile) {
+    askedProfile = profile;
     return connection_profile_check_gateway6_async(profile, profile_check_gateway_async_callback, nullptr);
 }
 
@@ -151,6 +155,7 @@ void unsetClientCallbacks(connection_handle connection) {
     if (connection_unset_async_cb(connection) != CONNECTION_ERROR_NONE) {
         LOG_DEBUG("connection_unset_async_cb is Failed\n");
     }
+    if (askedProfile) connection_unset_async_cb(std::exchange(askedProfile, nullptr));
 }
 
 }  // namespace

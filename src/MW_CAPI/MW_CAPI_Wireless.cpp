@@ -53,7 +53,7 @@ void connected_callback(int result, void* /*data*/) {
     LOG_SCOPE();
     if (result == WIFI_ERROR_NONE) {
         LOG_DEBUG("Wi-Fi Connection Succeeded\n");
-        check_gateway_wireless(createNetworkStatus());
+        check_gateway_wireless(existingNetworkStatus());
         return;
     }
     LOG_DEBUG("Wi-Fi Connection Failed! error : %s \n", convertWifiErrorToString(result));

@@ -139,6 +139,13 @@ TEST(OutsideText, IsShownExactlyOrWithReplacementSigns) {
               "a\xEF\xBF\xBD"
               "b\xEF\xBF\xBD");
     EXPECT_EQ(showableText("\xFF\xC3"), "\xEF\xBF\xBD\xEF\xBF\xBD");
+    for (const char* malformed :
+         {"\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80"}) {
+        std::string replaced;
+        for (std::size_t byte = 0; byte < std::strlen(malformed); ++byte)
+            replaced += "\xEF\xBF\xBD";
+        EXPECT_EQ(showableText(malformed), replaced) << malformed;
+    }
     EXPECT_EQ(showableText(""), "");
 }
 

@@ -22,16 +22,16 @@ std::vector<std::string> delays() {
     return all;
 }
 
-// What the user does meanwhile. The gateway is asked after 2 s (wired), or 6 s and more (wireless).
+// What the user does meanwhile. The gateway is asked after 4 s (wired) or 6 s (wireless).
 constexpr const char* kManners[] = {
     "wait 24\ntry expect sane\ndump end-%.json\nwait 100\n",
-    "wait 2.2\ntry click exactly \"Cancel\"\nwait 0.3\ndump cancelled-%.json\nwait 100\n",
-    "wait 6.2\ntry click exactly \"Cancel\"\nwait 0.3\ndump cancelled-%.json\nwait 0.1\ntry click exactly \"Retry\"\n"
+    "wait 4.3\ntry click exactly \"Cancel\"\nwait 0.3\ndump cancelled-%.json\nwait 100\n",
+    "wait 6.3\ntry click exactly \"Cancel\"\nwait 0.3\ndump cancelled-%.json\nwait 0.1\ntry click exactly \"Retry\"\n"
     "wait 24\ntry expect sane\ndump end-%.json\n",
-    "wait 6.2\ntry click exactly \"Cancel\"\nwait 0.3\ntry expect sane\ntry click exactly \"IPv6 settings\"\nwait 30\n"
+    "wait 6.3\ntry click exactly \"Cancel\"\nwait 0.3\ntry expect sane\ntry click exactly \"IPv6 settings\"\nwait 30\n"
     "try expect sane\ndump end-%.json\n",
-    "wait 2.2\ntry key Menu\nwait 100\nopen\nwait 24\ntry expect sane\ndump end-%.json\n",
-    "wait 6.2\ntry key Menu\nwait 0.1\nopen\nwait 24\ntry expect sane\ndump end-%.json\n",
+    "wait 4.3\ntry key Menu\nwait 100\nopen\nwait 24\ntry expect sane\ndump end-%.json\n",
+    "wait 6.3\ntry key Menu\nwait 0.1\nopen\nwait 24\ntry expect sane\ndump end-%.json\n",
 };
 
 constexpr const char* kSoundAgain = "network gateway answer 0.3\nnetwork internet online 0.4\n";

@@ -15,7 +15,8 @@ constexpr std::string_view kReport = "endurance {";
 constexpr std::string_view kComplaint = "endurance complaint";
 constexpr std::string_view kMustHold[] = {"try expect sane", "try expect closed"};
 
-HostSetup setup(const Network& network, const std::string& script, const std::string& module) {
+HostSetup setup(const Network& network, const std::string& script, const std::string& module,
+                const std::vector<std::string>& allowed) {
     return {.network = network.scenario,
             .script = "key Menu\nexpect closed within 1\n" + script,
             // Frames that come from the heap save a third of the time.
@@ -26,6 +27,7 @@ HostSetup setup(const Network& network, const std::string& script, const std::st
                             {"MALLOC_TRIM_THRESHOLD_", "2000000000"}},
             .module = module,
             .arguments = {"--size", "640x360"},
+            .allowed = allowed,
             .timeout = 3600};
 }
 
@@ -99,8 +101,9 @@ std::string endJourney(const std::string& name) {
            order("report", name);
 }
 
-EnduranceRun::EnduranceRun(const Network& network, const std::string& script, const std::string& module)
-    : network_(network.name), run_(setup(network, script, module)) {
+EnduranceRun::EnduranceRun(const Network& network, const std::string& script, const std::string& module,
+                           const std::vector<std::string>& allowed)
+    : network_(network.name), run_(setup(network, script, module, allowed)) {
     std::istringstream lines(run_.errors());
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with(kReport)) reports_.push_back(nlohmann::json::parse(line.substr(kReport.size() - 1)));

@@ -24,7 +24,8 @@ class EnduranceRun {
   public:
     // What the host opens is closed before the script begins: each journey opens its own. Without a module it is the
     // gadget.
-    EnduranceRun(const Network& network, const std::string& script, const std::string& module = {});
+    EnduranceRun(const Network& network, const std::string& script, const std::string& module = {},
+                 const std::vector<std::string>& allowed = {});
 
     const HostRun& host() const { return run_; }
     // What `set-store endurance/report` wrote, in order.

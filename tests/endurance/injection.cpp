@@ -3,6 +3,8 @@
 //   endurance/fail-call       "N CODE": the N-th platform call fails with that number
 //   endurance/fail-allocation "N [always]": the N-th allocation fails, or each from the N-th on
 //   endurance/hold            "N SECONDS": the N-th answer comes so much later; a negative number: never
+//   endurance/text            hexadecimal digits: the bytes of every text that the platform hands out
+//   endurance/catalogue       the same for the texts of the catalogues
 //   endurance/report          prints the counts on standard error, in one line of JSON; the value is its name
 #include "injection.h"
 
@@ -14,6 +16,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace {
@@ -33,6 +36,8 @@ struct Journey {
     double heldSeconds = 0;
     long failures = 0;
     std::string trace;  // the functions called so far
+    std::optional<std::string> platformText;
+    std::optional<std::string> catalogueText;
 };
 
 Journey& journey() {
@@ -79,6 +84,13 @@ void setHold(const char* value) {
     journey().heldSeconds = std::strtod(rest, nullptr);
 }
 
+std::string bytesOf(std::string_view digits) {
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
+        bytes += static_cast<char>(std::stoi(std::string(digits.substr(i, 2)), nullptr, 16));
+    return bytes;
+}
+
 struct Command {
     std::string_view name;
     void (*take)(const char* value);
@@ -92,6 +104,8 @@ constexpr Command kCommands[] = {
     {"fail-call", setFailingCall},
     {"fail-allocation", setFailingAllocation},
     {"hold", setHold},
+    {"text", [](const char* value) { journey().platformText = bytesOf(value); }},
+    {"catalogue", [](const char* value) { journey().catalogueText = bytesOf(value); }},
     {"report", report},
 };
 
@@ -130,6 +144,14 @@ double secondsToHold() {
     if (++now.answers != now.heldAnswer) return 0;
     ++now.failures;
     return now.heldSeconds;
+}
+
+const char* platformText() {
+    return journey().platformText ? journey().platformText->c_str() : nullptr;
+}
+
+const char* catalogueText() {
+    return journey().catalogueText ? journey().catalogueText->c_str() : nullptr;
 }
 
 void complain(std::string_view what, const char* function) {

@@ -1,4 +1,4 @@
-// Shared by the parts of the preloaded library that makes platform calls and allocations of the gadget fail.
+// Shared by the parts of the preloaded library that makes what the gadget calls fail.
 #pragma once
 
 #include <string_view>
@@ -22,6 +22,10 @@ bool allocationFault(const void* caller);
 
 // How long an answer is to be kept back: 0 not at all, negative for ever.
 double secondsToHold();
+
+// What every text of the platform, or of the catalogues, shall be; null: it stays as it is.
+const char* platformText();
+const char* catalogueText();
 
 // Something came when it must not come any more.
 void complain(std::string_view what, const char* function);

@@ -2,6 +2,9 @@
 #include <Ecore.h>
 #include <dlfcn.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -22,10 +25,28 @@ Result callNext(const char* name, Arguments... arguments) {
     return reinterpret_cast<Result (*)(Arguments...)>(dlsym(RTLD_NEXT, name))(arguments...);
 }
 
+// Puts the ordered text in the place of one that the platform hands out.
+void replaceText(char** text) {
+    const char* const wanted = injection::platformText();
+    if (text == nullptr || wanted == nullptr) return;
+    std::free(*text);
+    *text = strdup(wanted);
+}
+void replaceText(...) {}
+
+// Of the stored values only those that are shown as they are; modes and the like stay.
+bool isShownValue(std::string_view key) {
+    constexpr std::string_view kEnds[] = {"_ip_V6", "_gateway_V6", "_dns_V6", "/ap_name"};
+    return std::ranges::any_of(kEnds, [key](std::string_view end) { return key.ends_with(end); });
+}
+
 template <typename... Arguments>
 GATE int gate(const char* name, Arguments... arguments) {
     const int fault = injection::platformFault(name, __builtin_return_address(0));
-    return fault != 0 ? fault : callNext<int>(name, arguments...);
+    if (fault != 0) return fault;
+    const int result = callNext<int>(name, arguments...);
+    if (result == 0) (replaceText(arguments), ...);
+    return result;
 }
 
 // A result that the gadget waits for. It outlives its withdrawal, to hear what must not come any more.
@@ -38,6 +59,7 @@ struct Answer {
     int result = 0;
     bool withdrawn = false;
     bool delivered = false;
+    bool abandoned = false;
 };
 
 constinit bool gadgetLives = false;
@@ -61,11 +83,17 @@ void withdrawAll(std::string_view prefix) {
     withdraw([prefix](const Answer& answer) { return std::string_view(answer.function).starts_with(prefix); });
 }
 
+void abandonAll(std::string_view prefix) {
+    for (const auto& answer : answers())
+        answer->abandoned = answer->abandoned || std::string_view(answer->function).starts_with(prefix);
+}
+
 Eina_Bool deliver(void* data) {
     auto* const answer = static_cast<Answer*>(data);
     answer->delivered = true;
     if (answer->withdrawn) return ECORE_CALLBACK_CANCEL;
-    if (!gadgetLives) injection::complain("an answer that nobody withdrew comes to a closed gadget", answer->function);
+    if (!gadgetLives && !answer->abandoned)
+        injection::complain("an answer that nobody withdrew comes to a closed gadget", answer->function);
     answer->callback(answer->result, answer->data);
     return ECORE_CALLBACK_CANCEL;
 }
@@ -152,7 +180,12 @@ INTERPOSED int connection_profile_set_gateway_address(Profile p, int family, con
 INTERPOSED int connection_profile_set_dns_address(Profile p, int order, int family, const char* address) { return gate(__func__, p, order, family, address); }
 
 INTERPOSED int wifi_initialize(void) { return gate(__func__); }
-INTERPOSED int wifi_deinitialize(void) { return gateRelease(__func__, [] { withdrawAll("wifi_"); }); }
+// There is no other way to withdraw the manager's own questions: when it refuses, nobody can be blamed.
+INTERPOSED int wifi_deinitialize(void) {
+    const int result = gateRelease(__func__, [] { withdrawAll("wifi_"); });
+    if (result != WIFI_ERROR_NONE) abandonAll("wifi_");
+    return result;
+}
 INTERPOSED int wifi_is_activated(bool* activated) { return gate(__func__, activated); }
 INTERPOSED int wifi_get_mac_address(char** mac) { return gate(__func__, mac); }
 INTERPOSED int wifi_foreach_found_aps(wifi_found_ap_cb cb, void* data) { return gate(__func__, cb, data); }
@@ -190,7 +223,14 @@ INTERPOSED int vc_elm_deinitialize(void) { gadgetLives = false; return gate(__fu
 
 INTERPOSED char* vconf_get_str(const char* key) {
     if (injection::platformFault(__func__, __builtin_return_address(0)) != 0) return nullptr;
-    return callNext<char*>(__func__, key);
+    char* text = callNext<char*>(__func__, key);
+    if (text != nullptr && isShownValue(key) && injection::isGadgets(__builtin_return_address(0))) replaceText(&text);
+    return text;
+}
+INTERPOSED char* dcgettext(const char* domain, const char* id, int category) noexcept {
+    const char* const wanted = injection::catalogueText();
+    if (wanted == nullptr || !injection::isGadgets(__builtin_return_address(0))) return callNext<char*>(__func__, domain, id, category);
+    return const_cast<char*>(wanted);
 }
 INTERPOSED int vconf_get_int(const char* key, int* value) { return gate(__func__, key, value); }
 INTERPOSED int vconf_set_str(const char* key, const char* value) {
