@@ -8,9 +8,9 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-// The toolkit's decoder hands invalid bytes out as lone surrogates.
-constexpr bool isInvalidByte(Eina_Unicode character) {
-    return character >= 0xD800 && character <= 0xDFFF;
+// The toolkit's decoder hands invalid bytes out as lone surrogates, and sequences beyond Unicode's end as numbers.
+constexpr bool isInvalid(Eina_Unicode character) {
+    return (character >= 0xD800 && character <= 0xDFFF) || character > 0x10FFFF;
 }
 constexpr bool isControl(Eina_Unicode character) {
     return character < 0x20 || (character >= 0x7F && character < 0xA0);
@@ -26,7 +26,7 @@ std::string showableText(std::string_view text) {
         const int start = position;
         const Eina_Unicode character = eina_unicode_utf8_next_get(source.c_str(), &position);
         if (position <= start) break;
-        if (isInvalidByte(character) || isControl(character)) {
+        if (isInvalid(character) || isControl(character)) {
             shown += kReplacement;
         } else {
             shown.append(source, static_cast<std::size_t>(start), static_cast<std::size_t>(position - start));

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-// The text as valid UTF-8 without control characters: each byte that cannot be shown becomes U+FFFD.
+// The text as valid UTF-8 without control characters: what cannot be shown becomes U+FFFD.
 std::string showableText(std::string_view text);
 
 // Shows a text from outside in a part of a layout. Null counts as empty.

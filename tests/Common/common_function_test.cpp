@@ -139,6 +139,7 @@ TEST(OutsideText, IsShownExactlyOrWithReplacementSigns) {
               "a\xEF\xBF\xBD"
               "b\xEF\xBF\xBD");
     EXPECT_EQ(showableText("\xFF\xC3"), "\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(showableText("\xF5\x80\x80\x80 \xF8\x88\x80\x80\x80"), "\xEF\xBF\xBD \xEF\xBF\xBD") << "beyond Unicode";
     EXPECT_EQ(showableText(""), "");
 }
 
