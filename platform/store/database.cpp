@@ -15,12 +15,8 @@ constexpr const char* kConnectionSettings =
     "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA trusted_schema=OFF";
 // Of a new file; it cannot change once there is a log. Each commit writes and syncs whole pages, and values are short.
 constexpr const char* kPageSize = "PRAGMA page_size=1024";
-constexpr const char* kSetUp =
-    "BEGIN IMMEDIATE;"
-    "CREATE TABLE settings(key TEXT PRIMARY KEY, value BLOB NOT NULL) WITHOUT ROWID;"
-    "PRAGMA application_id=0x47534554;"
-    "PRAGMA user_version=1;"
-    "COMMIT";
+constexpr const char* kTable = "CREATE TABLE settings(key TEXT PRIMARY KEY, value BLOB NOT NULL) WITHOUT ROWID";
+constexpr const char* kNumbers = "PRAGMA application_id=0x47534554; PRAGMA user_version=1";
 constexpr std::string_view kRead = "SELECT value FROM settings WHERE key=?1";
 constexpr std::string_view kWrite =
     "INSERT INTO settings(key, value) VALUES(?1, ?2) ON CONFLICT(key) DO UPDATE SET value=excluded.value";
@@ -31,6 +27,7 @@ Outcome outcomeOf(int code) {
         case SQLITE_ROW:
         case SQLITE_DONE:
             return Outcome::Done;
+        case SQLITE_ERROR:  // our SQL is right, so what it was run on is not
         case SQLITE_CORRUPT:
         case SQLITE_NOTADB:
             return Outcome::Damaged;
@@ -85,6 +82,10 @@ Outcome Database::open(const std::filesystem::path& path, std::string& why) {
         outcome = connect(uriOf(path) + "?immutable=1");
         if (outcome == Outcome::Done) outcome = check(why);
     }
+    if (outcome != Outcome::Damaged && isWriteProtected() && isWritable(path)) {
+        why = "the file has a newer format";
+        return Outcome::Damaged;
+    }
     if (outcome != Outcome::Done && why.empty()) why = connection_ ? lastError() : "no memory";
     return outcome;
 }
@@ -99,15 +100,15 @@ Outcome Database::connect(const std::string& uri) {
 }
 
 Outcome Database::check(std::string& why) {
-    Value application, version, tables, report;
+    Value application, version, schema, report;
     for (const auto& [sql, value] : {std::pair{"PRAGMA application_id", &application},
                                      {"PRAGMA user_version", &version},
-                                     {"SELECT count(*) FROM sqlite_schema", &tables},
+                                     {"SELECT ifnull(group_concat(sql, ';'), '') FROM sqlite_schema", &schema},
                                      {"PRAGMA quick_check(1)", &report}}) {
         if (const Outcome outcome = pragma(sql, *value); outcome != Outcome::Done) return outcome;
     }
     // Nothing in it: new, or its first set-up was cut short.
-    const bool empty = tables == Value(0) && application == Value(0) && version == Value(0);
+    const bool empty = schema == Value("") && application == Value(0) && version == Value(0);
     if (report != Value("ok")) {
         why = "the file is damaged";
     } else if (!empty && application != Value(kApplicationId)) {
@@ -115,6 +116,9 @@ Outcome Database::check(std::string& why) {
     } else if (!empty && version != Value(kVersion)) {
         why = "the file has version " + std::to_string(std::get<std::int64_t>(version)) +
               ", this program knows version 1";
+    } else if (!empty && schema != Value(kTable)) {
+        // A trigger or a constraint of somebody's could refuse every write.
+        why = "the file's table is not the one of a store";
     }
     if (!why.empty()) return Outcome::Damaged;
     if (empty) {
@@ -128,16 +132,18 @@ Outcome Database::check(std::string& why) {
 }
 
 Outcome Database::setUp() {
-    const Outcome outcome = execute(kSetUp);
-    if (outcome != Outcome::Done) sqlite3_exec(connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
-    return outcome;
+    for (const char* sql : {"BEGIN IMMEDIATE", kTable, kNumbers, "COMMIT"}) {
+        const Outcome outcome = execute(sql);
+        if (outcome == Outcome::Done) continue;
+        sqlite3_exec(connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+        return outcome;
+    }
+    return Outcome::Done;
 }
 
-// A file with our number but without our table is not ours to use either.
 Outcome Database::prepare() {
     for (const auto& [statement, sql] : {std::pair{&read_, kRead}, {&write_, kWrite}}) {
         const int code = statement->prepare(connection_.get(), sql);
-        if (code == SQLITE_ERROR) return Outcome::Damaged;
         if (code != SQLITE_OK) return outcomeOf(code);
     }
     return Outcome::Done;

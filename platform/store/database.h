@@ -40,6 +40,7 @@ class Database {
     Outcome setUp();
     Outcome prepare();
     Outcome execute(const char* sql);
+    bool isWriteProtected() const { return connection_ && sqlite3_db_readonly(connection_.get(), "main") == 1; }
     Outcome pragma(const char* sql, Value& value);
 
     struct Closer {

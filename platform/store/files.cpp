@@ -122,6 +122,10 @@ fs::path setAside(const fs::path& file, std::string& why) {
     return name;
 }
 
+bool isWritable(const fs::path& file) {
+    return access(file.c_str(), W_OK) == 0;
+}
+
 bool isOnReadOnlyDisk(const fs::path& file) {
     struct statvfs about {};
     return statvfs(file.c_str(), &about) == 0 && (about.f_flag & ST_RDONLY);

@@ -20,6 +20,7 @@ bool makePrivate(const fs::path& file, std::string& why);
 // Renames the database and its side files to a name with the date, so that nothing is lost. Returns it, or empty.
 fs::path setAside(const fs::path& file, std::string& why);
 
+bool isWritable(const fs::path& file);
 bool isOnReadOnlyDisk(const fs::path& file);
 
 // Held while a database is looked at, set aside or set up, so that two processes do not do so at the same time.

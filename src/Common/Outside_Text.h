@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-// The text as valid UTF-8 without control characters: each byte that cannot be shown becomes U+FFFD.
+// The text as valid UTF-8 without control characters: what cannot be shown becomes U+FFFD.
 std::string showableText(std::string_view text);
 
 // The same as markup for a part that reads it, on the heap (the caller frees it). Null counts as empty; null when

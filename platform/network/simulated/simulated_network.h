@@ -4,6 +4,7 @@
 #include <deque>
 #include <list>
 #include <map>
+#include <utility>
 
 #include "ipv6_settings.h"
 #include "scenario.h"
@@ -42,6 +43,9 @@ class SimulatedNetwork final : public Backend {
 
     // A connection under way. The question may be withdrawn while the attempt goes on.
     struct Attempt {
+        Attempt(std::string identity, std::string given, std::shared_ptr<Answer> whoAsked)
+            : id(std::move(identity)), passphrase(std::move(given)), answer(std::move(whoAsked)) {}
+
         std::string id;
         std::string passphrase;
         std::shared_ptr<Answer> answer;

@@ -39,7 +39,12 @@ TEST_F(Damage, AnUnusableFileIsSetAsideWhole) {
         {"pages", "damaged", [&] { fill(), overwrite(4096, fs::file_size(file_) - 4096); }},
         {"other program", "another program", [&] { runSql(file_, "CREATE TABLE bookmarks(url)"); }},
         {"newer version", "version 2", [&] { fill(), runSql(file_, "PRAGMA user_version=2"); }},
-        {"no table", "no such table", [&] { fill(), runSql(file_, "ALTER TABLE settings RENAME TO other"); }},
+        {"no table", "not the one of a store", [&] { fill(), runSql(file_, "DROP TABLE settings"); }},
+        {"a trigger", "not the one of a store",
+         [&] {
+             fill(),
+                 runSql(file_, "CREATE TRIGGER never BEFORE INSERT ON settings BEGIN SELECT RAISE(ABORT, 'no'); END");
+         }},
     };
     for (const Case& one : kCases) {
         SCOPED_TRACE(one.name);
