@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs clang-tidy with the rules of .clang-tidy on all our code, or on the files that are named. Takes a quarter of an hour
-# on two cores, so test.sh leaves it out. Exit status: 0 clean, 1 findings, 2 it could not run.
+# Runs clang-tidy with the rules of .clang-tidy on all our code, or on the files that are named. Takes many
+# minutes, so test.sh leaves it out. Exit status: 0 clean, 1 findings, 2 it could not run.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit 2
 command -v clang-tidy >/dev/null || {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -171,8 +172,9 @@ Evas_Object* addModeList(sIPSetting& settings, const char* rowLabel) {
     evas_object_show(list);
     addModes(list, rowLabel);
     const double scale = elm_config_scale_get() / elm_app_base_scale_get();
-    Evas_Object* const table = widget_min_set(list, settings.typePopup, static_cast<int>(kModeListWidth * scale + 0.5),
-                                              static_cast<int>(kModeListHeight * scale + 0.5));
+    Evas_Object* const table =
+        widget_min_set(list, settings.typePopup, static_cast<int>(std::lround(kModeListWidth * scale)),
+                       static_cast<int>(std::lround(kModeListHeight * scale)));
     fill(table, 0.0, EVAS_HINT_EXPAND);
     evas_object_show(table);
     elm_object_content_set(settings.typePopup, table);
@@ -209,8 +211,12 @@ void showNumber(Evas_Object* button, int number) {
     elm_object_text_set(button, std::to_string(number).c_str());
 }
 
+int numberIn(const char* digits) {
+    return static_cast<int>(std::strtol(digits, nullptr, 10));
+}
+
 void showTyped(Evas_Object* button) {
-    showNumber(button, std::atoi(Number));
+    showNumber(button, numberIn(Number));
 }
 
 void saveShown(sipSettingChangeVal& editor, Evas_Object* button) {
@@ -220,7 +226,7 @@ void saveShown(sipSettingChangeVal& editor, Evas_Object* button) {
 
 void takeThirdDigit(sipSettingChangeVal& editor, Evas_Object* button) {
     elm_object_focus_set(button, EINA_TRUE);
-    if (std::atoi(Number) <= kLongestPrefix) {
+    if (numberIn(Number) <= kLongestPrefix) {
         showTyped(button);
         saveShown(editor, button);
     } else {
@@ -263,7 +269,7 @@ void ipSettingChangeBtn1Val(void* data, Evas* /*canvas*/, Evas_Object* button, v
     // A click by key has closed the popup already when the key itself comes here.
     if (!editor || editor->valueButton != button || !event) return;
     const char* const shown = elm_object_text_get(button);
-    const int number = shown ? std::atoi(shown) : 0;
+    const int number = shown ? numberIn(shown) : 0;
     const char* const name = ipCheckNumPad(static_cast<Evas_Event_Key_Down*>(event))->keyname;
     if (isOneOf(name, {"Right"})) {
         clearNumber();
@@ -367,7 +373,8 @@ void showipSettingChangeValPopup(Evas_Object* parent, const char* style, sIPSett
     editor->popup = addPrefixPopup(parent, style);
     if (!editor->popup) return;
     const bool isPrefixRow = string_cmp(label, localised("TV_SID_PREFIX_LENGTH")) == 0;
-    place(editor->popup, kPrefixAcross, kPrefixAcrossEnlarged, isPrefixRow ? rowY / kPixelsPerStep + kPrefixDown : 0.0);
+    const int steps = rowY / kPixelsPerStep;
+    place(editor->popup, kPrefixAcross, kPrefixAcrossEnlarged, isPrefixRow ? steps + kPrefixDown : 0.0);
     LOG_DEBUG("Selected Item : %s Selected Item Value : %s\n", label ? label : "", value ? value : "");
     addValueButton(*editor, settings, value);
     copyTextOrEmpty(editor->savedValue, value);
