@@ -43,9 +43,10 @@ double slope(const std::vector<nlohmann::json>& reports, int cycles) {
 }
 
 TEST(Cycles, LeaveNothingBehind) {
-    const int cycles = 1000 / static_cast<int>(everyNth(50));
+    const int cycles = 1000 / static_cast<int>(everyNth(100));
     double control = 0;
     for (const Cycle& cycle : kCycles) {
+        if (!cycle.module.empty() && cycles < kCyclesThatCount) continue;
         const std::vector<nlohmann::json> reports = play(cycle, cycles);
         ASSERT_EQ(reports.size(), 2U);
         const double bytes = slope(reports, cycles);

@@ -151,7 +151,7 @@ TEST_P(HostileText, IsShownOrReplacedEverywhere) {
     std::vector<std::string> played;
     std::string script;
     const std::vector<std::string> all = hostileTexts();
-    for (std::size_t i = 0; i < all.size(); i += everyNth(29)) {
+    for (std::size_t i = 0; i < all.size(); i += everyNth(67)) {
         script += showAll(network, all[i], played.size());
         played.push_back(all[i]);
     }
@@ -172,7 +172,7 @@ constexpr const char* kUnclosedAnchor = "eina_stringshare_del() EEEK trying to d
 TEST(HostileCatalogue, LeavesAGadgetThatCloses) {
     std::string script;
     const std::vector<std::string> all = hostileTexts();
-    for (std::size_t i = 0; i < all.size(); i += everyNth(29)) {
+    for (std::size_t i = 0; i < all.size(); i += everyNth(67)) {
         script += beginJourney(networks()[0], inHex(all[i])) + order("catalogue", inHex(all[i])) +
                   "open\nwait 8\ntry key Right\ntry key Return\nwait 0.3\ntry key Return\nwait 0.3\ntry key Down\n"
                   "try key Return\nwait 0.3\ntry key Down\ntry key Return\nwait 0.3\ntry key 1\ntry key Down\n"

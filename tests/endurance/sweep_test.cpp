@@ -197,8 +197,8 @@ struct Sweep {
     std::vector<Failure> (*failures)(const nlohmann::json& sound, const char* screens);
     std::size_t sampled;  // the short form plays each so-and-so-many-th
 };
-constexpr Sweep kSweeps[] = {{"Calls", kThroughAllScreens, failingCalls, 331},
-                             {"ClosingCalls", kClosedWhileAsking, failingCalls, 401},
+constexpr Sweep kSweeps[] = {{"Calls", kThroughAllScreens, failingCalls, 701},
+                             {"ClosingCalls", kClosedWhileAsking, failingCalls, 601},
                              {"Allocations", kThroughAllScreens, failingAllocations, 29}};
 
 constexpr std::size_t kJourneysInARun = 60;
