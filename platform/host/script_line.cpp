@@ -1,10 +1,14 @@
 #include "host/script_line.h"
 
+#include <algorithm>
 #include <iomanip>
-#include <regex>
 #include <sstream>
 
 namespace {
+
+constexpr const char* kBlanks = " \t\r";
+constexpr const char* kBlanksAndQuote = " \t\r\"";
+constexpr const char* kQuoteAndEscape = "\"\\";
 
 std::string unquote(const std::string& quoted) {
     std::istringstream input(quoted);
@@ -13,29 +17,37 @@ std::string unquote(const std::string& quoted) {
     return text;
 }
 
+std::size_t skipBlanks(const std::string& line, std::size_t from) {
+    return std::min(line.find_first_not_of(kBlanks, from), line.size());
+}
+
+std::size_t endOfPlain(const std::string& line, std::size_t begin) {
+    return std::min(line.find_first_of(kBlanksAndQuote, begin), line.size());
+}
+
+// Behind the closing quote; npos without one.
+std::size_t endOfQuoted(const std::string& line, std::size_t begin) {
+    std::size_t at = line.find_first_of(kQuoteAndEscape, begin + 1);
+    while (at != std::string::npos && line[at] != '"')
+        at = line.find_first_of(kQuoteAndEscape, at + 2);
+    return at == std::string::npos ? at : at + 1;
+}
+
 }  // namespace
 
 namespace host {
 
+// By hand and not by std::regex, which takes a stack frame for each character of a word.
 std::vector<Word> splitLine(const std::string& line) {
-    // Blanks, then a comment, a quoted word or a plain one; each up to the next blank.
-    static const std::regex kWord(
-        R"re([ \t\r]*(?:(#.*)|("(?:[^"\\]|\\.)*")(?=[ \t\r]|$)|([^ \t\r"#][^ \t\r"]*)(?=[ \t\r]|$)|$))re");
     std::vector<Word> words;
-    auto position = line.cbegin();
-    std::smatch found;
-    while (position != line.cend()) {
-        if (!std::regex_search(position, line.cend(), found, kWord, std::regex_constants::match_continuous)) {
-            const std::size_t blank =
-                line.find_first_not_of(" \t\r", static_cast<std::size_t>(position - line.cbegin()));
-            throw SyntaxError(blank + 1, "a quote is not closed, or stands inside a word");
-        }
-        const bool quoted = found[2].matched;
-        const std::ssub_match& word = quoted ? found[2] : found[3];
-        if (!word.matched) break;
-        const auto column = static_cast<std::size_t>(word.first - line.cbegin()) + 1;
-        words.push_back({quoted ? unquote(word.str()) : word.str(), column, quoted});
-        position = found[0].second;
+    for (std::size_t begin = skipBlanks(line, 0); begin < line.size() && line[begin] != '#';) {
+        const bool quoted = line[begin] == '"';
+        const std::size_t end = quoted ? endOfQuoted(line, begin) : endOfPlain(line, begin);
+        const bool isWhole = end == line.size() || (end < line.size() && skipBlanks(line, end) > end);
+        if (!isWhole) throw SyntaxError(begin + 1, "a quote is not closed, or stands inside a word");
+        const std::string word = line.substr(begin, end - begin);
+        words.push_back({quoted ? unquote(word) : word, begin + 1, quoted});
+        begin = skipBlanks(line, end);
     }
     return words;
 }

@@ -71,6 +71,12 @@ Value valueOf(const Statement& row) {
     }
 }
 
+// Some damage makes SQLite ask for more memory than there is; then a little can still be had.
+bool hasMemory() {
+    const std::unique_ptr<void, decltype(&sqlite3_free)> probe(sqlite3_malloc(1 << 20), &sqlite3_free);
+    return probe != nullptr;
+}
+
 }  // namespace
 
 Outcome Database::open(const std::filesystem::path& path, std::string& why) {
@@ -81,6 +87,10 @@ Outcome Database::open(const std::filesystem::path& path, std::string& why) {
         why.clear();
         outcome = connect(uriOf(path) + "?immutable=1");
         if (outcome == Outcome::Done) outcome = check(why);
+    }
+    if (outcome == Outcome::Failed && connection_ && sqlite3_errcode(connection_.get()) == SQLITE_NOMEM &&
+        hasMemory()) {
+        outcome = Outcome::Damaged;
     }
     if (outcome != Outcome::Damaged && isWriteProtected() && isWritable(path)) {
         why = "the file has a newer format";

@@ -15,7 +15,7 @@ using nlohmann::json;
 namespace {
 
 // The library's message without its own counting of the place.
-std::string reasonOf(const json::parse_error& error) {
+std::string reasonOf(const json::exception& error) {
     const std::string whole = error.what();
     const auto colon = whole.find(": ");
     return colon == std::string::npos ? whole : whole.substr(colon + 2);
@@ -106,6 +106,8 @@ json parseFile(const std::string& file) {
         return json::parse(text);
     } catch (const json::parse_error& error) {
         throw syntaxError(text, error);
+    } catch (const json::out_of_range& error) {
+        throw ReadError(reasonOf(error));  // a number beyond a double; the reason quotes it
     }
 }
 

@@ -10,8 +10,8 @@
 namespace network::simulated {
 namespace {
 
-constexpr long long kMostCopies = 100000;
-constexpr std::size_t kHexDigits = 2;  // of a byte
+constexpr long long kMostAccessPoints = 100000;  // of a radio, copies included
+constexpr std::size_t kHexDigits = 2;            // of a byte
 
 int readRssi(const Node& node) {
     const long long rssi = node.whole();
@@ -92,7 +92,9 @@ void readAccessPoints(const Node& list, Radio& radio, bool unchecked) {
         }
         const auto repeat = node.find("repeat");
         const long long copies = repeat ? repeat->whole() : 1;
-        if (copies < 1 || copies > kMostCopies) repeat->fail("must lie between 1 and " + std::to_string(kMostCopies));
+        const long long most = kMostAccessPoints - static_cast<long long>(radio.accessPoints.size()) + 1;
+        if (copies < 1 || copies > most)
+            (repeat ? *repeat : node).fail("must lie between 1 and " + std::to_string(kMostAccessPoints) + " in all");
         const std::string name = record.whenConnected.essid;
         for (long long copy = 2; copy <= copies; ++copy) {
             record.whenConnected.essid = name + " " + std::to_string(copy);

@@ -108,7 +108,7 @@ TEST(ScenarioErrors, NamePlaceAndReasonOfAWrongValue) {
         {"/wifi", homeWith("passphrase", 12345678), "/wifi/accessPoints/0/passphrase: must be a text, not number"},
         {"/wifi", homeWith("connect", {{"result", "LOST"}}),
          "/wifi/accessPoints/0/connect/result: \"LOST\" is not a result of the connection or Wi-Fi manager"},
-        {"/wifi", homeWith("repeat", 0), "/wifi/accessPoints/0/repeat: must lie between 1 and 100000"},
+        {"/wifi", homeWith("repeat", 0), "/wifi/accessPoints/0/repeat: must lie between 1 and 100000 in all"},
         {"/wifi", homeWith("live", {{"prefixLength", 129}}),
          "/wifi/accessPoints/0/live/prefixLength: 129 is not a prefix length (0 to 128)"},
     };
