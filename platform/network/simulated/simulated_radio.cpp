@@ -46,10 +46,7 @@ int SimulatedNetwork::connectAccessPoint(const std::string& id, const std::strin
     if (record == nullptr) return CONNECTION_ERROR_NO_CONNECTION;
     if (attempt_) return CONNECTION_ERROR_NOW_IN_PROGRESS;
     auto shared = std::make_shared<Answer>(std::move(answer));
-    attempt_.emplace();
-    attempt_->id = id;
-    attempt_->passphrase = passphrase;
-    attempt_->answer = shared;
+    attempt_.emplace(id, passphrase, shared);
     const double delay = std::min(record->connecting.delay, kAssociationLimit);
     if (!attempt_->timer.start(record->connecting.silent ? kAssociationLimit : delay,
                                [this] { endAttempt(outcomeOf(*attempt_)); })) {
