@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 namespace fuzz {
 
 // Ends the program when what must hold does not, also in builds without assertions.
-inline void require(bool holds, const char* what, std::string_view about = {}) {
+inline void require(bool holds, const char* what, std::string_view about = "") {
     if (holds) return;
     std::fprintf(stderr, "does not hold: %s: %.*s\n", what, static_cast<int>(about.size()), about.data());
     std::abort();

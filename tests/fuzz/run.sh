@@ -28,9 +28,11 @@ export UBSAN_OPTIONS=print_stacktrace=1
 fuzz_one() {
     local target=$1 folder=build/fuzz/findings/$1 options=(-max_len=4096) status=0
     mkdir -p "$folder/corpus"
+    [[ $target == address ]] && options=(-max_len=256)
+    [[ $target == editing ]] && options=(-max_len=512)
+    [[ $target == store_operations ]] && options=(-max_len=1024)
     [[ $target == store_file ]] && options=(-max_len=16384)
-    [[ $target == script ]] && options=(-max_len=65536 -len_control=10)
-    [[ -f tests/fuzz/$target.dict ]] && options+=("-dict=tests/fuzz/$target.dict")
+    [[ $target == script ]] && options=(-max_len=65536)
     "build/fuzz/fuzz/fuzz-$target" "${options[@]}" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 \
         -print_final_stats=1 -artifact_prefix="$folder/" "$folder/corpus" "tests/fuzz/corpus/$target" \
         >"$folder/log" 2>&1 || status=$?

@@ -73,7 +73,7 @@ TEST_F(Power, TheNthFailureIsAnsweredAndKeepsTheOldValue) {
                 ASSERT_EQ(textUnder("key"), answer == 0 ? text : "old") << n;
                 refused += answer == -1;
                 if (!failed) break;
-                if (size > 10) n += n > 4 ? 96 : 0;  // thousands of alike writes
+                if (size > 10) n += n > 4 ? 499 : 0;  // thousands of alike writes
             }
             EXPECT_GE(refused, 2);
             EXPECT_TRUE(setAside().empty());
