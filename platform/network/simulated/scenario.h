@@ -57,7 +57,7 @@ struct Radio {
     std::optional<std::string> mac;  // none: it cannot be read
     std::vector<AccessPointRecord> accessPoints;
     std::unordered_map<std::string, std::size_t> places;  // of the identities: a walk asks for each of them
-    std::string connected;  // the identity of the connected one, or empty
+    std::string connected;                                // the identity of the connected one, or empty
     Reply scanning{0.5, false, CONNECTION_ERROR_NONE};
 };
 
