@@ -146,13 +146,19 @@ def catcher(tree, name, everything):
 
 def prepared_tree():
     run(["git", "worktree", "remove", "--force", str(PLACE)], ROOT, 60)
-    made = run(["git", "worktree", "add", "--detach", str(PLACE), "HEAD"], ROOT, 60)
-    configured = made.returncode or run(["cmake", "--preset", "dev"], PLACE, 300).returncode
-    if configured or build(PLACE).returncode or (broken := first_failure(PLACE)):
-        sys.exit_reason = "the unchanged code does not build" if configured else f"unchanged code: {broken} fails"
-        print(sys.exit_reason, file=sys.stderr)
-        sys.exit(2)
+    run(["git", "worktree", "add", "--detach", str(PLACE), "HEAD"], ROOT, 60)
+    if not PLACE.is_dir():
+        fail("git makes no work tree in " + str(PLACE))
+    if run(["cmake", "--preset", "dev"], PLACE, 300).returncode or build(PLACE).returncode:
+        fail("the unchanged code does not build in " + str(PLACE))
+    if broken := first_failure(PLACE):
+        fail(f"the unchanged code fails {broken}")
     return PLACE
+
+
+def fail(why):
+    print(f"plant_faults: {why}", file=sys.stderr)
+    sys.exit(2)
 
 
 def try_fault(tree, fault, everything):
