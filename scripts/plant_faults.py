@@ -1,16 +1,17 @@
 #!/usr/bin/env python3
 """Plants single faults in the code and tells which of them the tests catch.
 
-    scripts/plant_faults.py [--count 100] [--seed 1] [--files PATTERN] [--list] [--all-tests]
+    scripts/plant_faults.py [--count 100] [--seed 1] [--files PATTERN] [--list] [--all-tests] [--resume]
 
 Each fault is one changed line of src/ or platform/, drawn by kind and place with the seed. It is built and tested in a
 work tree of its own, so the checkout stays as it is. What does not compile is replaced by the next fault that is drawn.
-The report goes to standard output and to build/faults.json; the exit status is 0 whatever was caught, 2 when the
-unchanged code does not build or pass.
+The report goes to standard output and, after each fault, to build/faults.json, from where --resume goes on; the exit
+status is 0 whatever was caught, 2 when the unchanged code does not build or pass.
 """
 
 import argparse
 import fnmatch
+import itertools
 import json
 import pathlib
 import random
@@ -21,6 +22,7 @@ import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 PLACE = ROOT / "build" / "faults"
+REPORT = ROOT / "build" / "faults.json"
 
 # Which tests look at a folder or unit first; the others follow when these find nothing.
 NEAR = [
@@ -177,13 +179,14 @@ def try_fault(tree, fault, everything):
         file.write_text(whole)
 
 
-def report(results):
+def report(tried):
+    results = [result for result in tried if result["caught by"] is not None]
     caught = sum(1 for result in results if result["caught by"])
-    print(f"\n{caught} of {len(results)} faults caught ({100 * caught / max(1, len(results)):.0f} %)")
+    print(f"\n{caught} of {len(results)} faults caught ({100 * caught / max(1, len(results)):.0f} %), "
+          f"{len(tried) - len(results)} more did not build")
     for kind in sorted({result["kind"] for result in results}):
         of_kind = [result for result in results if result["kind"] == kind]
         print(f"  {kind:24} {sum(1 for r in of_kind if r['caught by'])} of {len(of_kind)}")
-    (ROOT / "build" / "faults.json").write_text(json.dumps(results, indent=1, ensure_ascii=False) + "\n")
 
 
 def options():
@@ -192,6 +195,7 @@ def options():
     parser.add_argument("--seed", type=int, default=1, help="which ones (1)")
     parser.add_argument("--files", default="*", help="only files that match, such as 'src/View/*'")
     parser.add_argument("--list", action="store_true", help="shows the faults without trying them")
+    parser.add_argument("--resume", action="store_true", help="goes on where the same call was stopped")
     parser.add_argument("--all-tests", action="store_true", help="the tests on real networks, too, for every fault")
     return parser.parse_args()
 
@@ -199,25 +203,24 @@ def options():
 def main():
     wanted = options()
     if wanted.list:
-        for name, kind, number, new in [fault for fault, _ in zip(drawn(ROOT, wanted.seed, wanted.files),
-                                                                  range(wanted.count))]:
+        for name, kind, number, new in itertools.islice(drawn(ROOT, wanted.seed, wanted.files), wanted.count):
             print(f"{name}:{number + 1}: {kind}: {new.strip() or '(dropped)'}")
         return
+    tried = json.loads(REPORT.read_text()) if wanted.resume and REPORT.is_file() else []
     tree = prepared_tree()
-    results = []
-    for fault in drawn(tree, wanted.seed, wanted.files):
-        if len(results) == wanted.count:
+    for fault in itertools.islice(drawn(tree, wanted.seed, wanted.files), len(tried), None):
+        if sum(1 for result in tried if result["caught by"] is not None) >= wanted.count:
             break
         start = time.monotonic()
         name, kind, number, new = fault
         old = (tree / name).read_text().splitlines()[number].strip()
         caught = try_fault(tree, fault, wanted.all_tests)
-        if caught is None:
-            continue
-        results.append({"file": name, "line": number + 1, "kind": kind, "was": old, "is": new.strip(), "caught by": caught})
-        print(f"{len(results):3} {name}:{number + 1}: {kind}: {old} -> {new.strip() or '(dropped)'}: "
-              f"{caught or 'NOT CAUGHT'} ({time.monotonic() - start:.0f} s)", flush=True)
-    report(results)
+        tried.append({"file": name, "line": number + 1, "kind": kind, "was": old, "is": new.strip(), "caught by": caught})
+        REPORT.write_text(json.dumps(tried, indent=1, ensure_ascii=False) + "\n")
+        verdict = "does not build" if caught is None else caught or "NOT CAUGHT"
+        print(f"{len(tried):3} {name}:{number + 1}: {kind}: {old} -> {new.strip() or '(dropped)'}: "
+              f"{verdict} ({time.monotonic() - start:.0f} s)", flush=True)
+    report(tried)
 
 
 if __name__ == "__main__":
