@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 #include "gadget_host.h"
 
@@ -73,6 +74,11 @@ Eina_Bool onSecond(void* /*data*/) {
     return ECORE_CALLBACK_RENEW;
 }
 
+void closeOnMenu(void* gadget, Evas* /*canvas*/, Evas_Object* /*button*/, void* event) {
+    const std::string_view key(static_cast<Evas_Event_Key_Down*>(event)->keyname);
+    if (key == "Menu") ug_destroy_me(static_cast<ug_handle>(gadget));
+}
+
 void addSpinner() {
     screen.spinner = elm_progressbar_add(screen.layout);
     control::fill(screen.spinner);
@@ -89,12 +95,12 @@ void addPicture() {
     elm_object_part_content_set(screen.layout, "PartMain:elm.swallow.status", screen.picture);
 }
 
-void* onCreate(ug_handle /*ug*/, int /*mode*/, ug_data /*data*/, void* /*priv*/) {
+void* onCreate(ug_handle gadget, int /*mode*/, ug_data /*data*/, void* /*priv*/) {
     auto* const window = static_cast<Evas_Object*>(ug_get_window());
     elm_config_focus_highlight_enabled_set(EINA_TRUE);
     elm_win_focus_highlight_enabled_set(window, EINA_TRUE);
     screen.popup = elm_popup_add(window);
-    elm_theme_extension_add(nullptr, control::kLayoutFile);
+    if (elm_theme_extension_list_get(nullptr) == nullptr) elm_theme_extension_add(nullptr, control::kLayoutFile);
     elm_object_style_set(screen.popup, "C_PopupBasic_WhiteBottomLarge");
     screen.layout = elm_layout_add(screen.popup);
     elm_layout_file_set(screen.layout, control::kLayoutFile, "ipv6popup");
@@ -106,6 +112,7 @@ void* onCreate(ug_handle /*ug*/, int /*mode*/, ug_data /*data*/, void* /*priv*/)
     setText("PartMain:elm.text.title", "TV_SID_IPV6_STATUS");
     setText("PartMain:connection_msg_block", "COM_TV_SID_VERIFYING_WIRED_NETWORK_CONNECTION");
     screen.button = control::addButton(screen.layout, "PartMain:elm.swallow.cencel", "default", "SID_CANCEL");
+    evas_object_event_callback_add(screen.button, EVAS_CALLBACK_KEY_DOWN, closeOnMenu, gadget);
     elm_object_focus_set(screen.button, EINA_TRUE);
     elm_object_signal_emit(screen.button, "elm,action,focus", "elm");
     const char* const ticks = std::getenv(kVerdictTicks);
