@@ -22,8 +22,9 @@ const Cycle kCycles[] = {
     {"opened", "", "open\nwait 0.3\nkey Menu\nexpect closed within 1\n"},
     {"checked", "", "open\nexpect exactly \"Close\" within 20\nkey Menu\nexpect closed within 1\n"},
     {"all screens", "",
-     "open\nexpect exactly \"Close\" within 20\nclick exactly \"IPv6 settings\"\nwait 0.3\nclick \"IP settings\"\n"
-     "wait 0.2\ntry click exactly \"Enter manually\"\nwait 0.2\nclick \"IP address\"\nwait 0.3\nkey 2\nwait 0.1\n"
+     "open\nexpect exactly \"Close\" within 20\nclick exactly \"IPv6 settings\"\nwait 0.3\nkey Return\n"
+     "wait 0.2\nkey Down\nkey Return\nwait 0.2\nclick \"IP address\"\nwait 0.3\nexpect exactly \"Done\"\nkey 2\nwait "
+     "0.1\n"
      "key Menu\nexpect closed within 1\n"},
 };
 
