@@ -116,7 +116,7 @@ void* onCreate(ug_handle gadget, int /*mode*/, ug_data /*data*/, void* /*priv*/)
     elm_object_focus_set(screen.button, EINA_TRUE);
     elm_object_signal_emit(screen.button, "elm,action,focus", "elm");
     const char* const ticks = std::getenv(kVerdictTicks);
-    screen.ticksToVerdict = ticks == nullptr ? -1 : std::atoi(ticks);
+    screen.ticksToVerdict = ticks == nullptr ? -1 : static_cast<int>(std::strtol(ticks, nullptr, 10));
     screen.tick = ecore_timer_add(kTick, onTick, nullptr);
     screen.second = ecore_timer_add(kSecond, onSecond, nullptr);
     return screen.popup;

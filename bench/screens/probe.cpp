@@ -117,7 +117,7 @@ struct Writer {
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
 };
-Writer writer;
+Writer writer;  // NOLINT(cert-err58-cpp): without memory there is nothing to measure
 
 template <typename Function>
 Function* next(const char* name) {
