@@ -151,6 +151,13 @@ Evas_Object* focused(Evas_Object* window) {
     return object == nullptr || isType(object, "elm_win") ? nullptr : object;
 }
 
+bool isUppermost(Evas_Object* widget, Evas_Object* window) {
+    const std::vector<Evas_Object*> popups = widgets(window, "elm_popup");
+    while (widget != nullptr && !isType(widget, "elm_popup"))
+        widget = elm_object_parent_widget_get(widget);
+    return popups.empty() || widget == popups.back();
+}
+
 json focus(Evas_Object* window) {
     Evas_Object* const widget = focused(window);
     if (widget == nullptr) return nullptr;

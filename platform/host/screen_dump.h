@@ -22,6 +22,9 @@ nlohmann::json dump(Evas_Object* window, double time);
 // The widget that gets the keys; null when a key would reach nobody.
 Evas_Object* focused(Evas_Object* window);
 
+// Whether no popup stands before the one that a widget is in.
+bool isUppermost(Evas_Object* widget, Evas_Object* window);
+
 // What holds the focus: its label and part, or null when a key would reach nobody.
 nlohmann::json focus(Evas_Object* window);
 

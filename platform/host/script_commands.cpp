@@ -167,7 +167,9 @@ Outcome hasFocus(const Stage& stage, const Wanted& wanted) {
 // What no screen of a gadget may ever show, nor do.
 Outcome isSane(const Stage& stage) {
     if (!host::isGadgetOpen()) return {true, "the gadget has closed"};
-    if (host::screen::focused(stage.window) == nullptr) return {false, "nothing has the focus"};
+    Evas_Object* const focused = host::screen::focused(stage.window);
+    if (focused == nullptr) return {false, "nothing has the focus"};
+    if (!host::screen::isUppermost(focused, stage.window)) return {false, "the focus is behind the uppermost popup"};
     for (const host::screen::Text& seen : host::screen::texts(stage.window)) {
         const auto begins = [&seen](std::string_view start) { return seen.text.starts_with(start); };
         if (std::ranges::any_of(kTextIdStarts, begins)) return {false, "an untranslated text: " + seen.text};

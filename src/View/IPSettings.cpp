@@ -230,9 +230,7 @@ void showKeyboardPopup() {
     }
 }
 
-// The toolkit remembers who had the focus before a popup: not a row, which may be drawn anew meanwhile.
-void openEditor(sIPSetting& settings) {
-    focusStatusBelow();
+void showEditor(sIPSetting& settings) {
     switch (settingsRowEditor(settings.currentItem)) {
         case RowEditor::kMode:
             LOG_DEBUG("Show IP/DNS Config Type Popup\n");
@@ -243,6 +241,13 @@ void openEditor(sIPSetting& settings) {
             LOG_DEBUG("Show IP/Gateway/DSN Input Popup\n");
             return showKeyboardPopup();
     }
+}
+
+// The toolkit remembers who had the focus before a popup: not a row, which may be drawn anew meanwhile.
+void openEditor(sIPSetting& settings) {
+    focusStatusBelow();
+    showEditor(settings);
+    if (!isEditorOpen()) focusRowsLater();
 }
 
 void _item_sel_cb(void* /*data*/, Evas_Object* list, void* item) {

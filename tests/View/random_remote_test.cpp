@@ -211,10 +211,12 @@ std::string closing(Dice& dice) {
     return script + "expect closed within 1\n";
 }
 
+// A screen takes a moment to give its focus on, in which the next key may already come.
 std::string randomScript(Dice& dice, bool wireless, int actions) {
     std::string script;
     for (int i = 1; i <= actions; ++i) {
-        script += "open\n" + action(dice, wireless) + "\nexpect sane\n";
+        script += "open\n" + action(dice, wireless) + "\n";
+        if (dice.oneIn(2)) script += "wait 0.1\nexpect sane\n";
         if (i % kActionsBetweenClosings == 0) script += closing(dice);
     }
     return script;
