@@ -162,8 +162,8 @@ int wifi_ap_set_dns_address(wifi_ap_handle ap, int order, int family, const char
 
 int wifi_ap_check_gateway6_async(wifi_ap_handle ap, wifi_result_cb cb, void* user_data) {
     return apCall(__func__, ap, cb != nullptr, [&](const ApHandle& object) -> int {
-        return network::startWifiRequest(ap, cb, user_data, [&](network::Answer answer, auto& question) {
-            return backend()->askAccessPointGateway(object.id, std::move(answer), question);
+        return network::startWifiRequest(ap, cb, user_data, [&](const network::Answer& answer, auto& question) {
+            return backend()->askAccessPointGateway(object.id, answer, question);
         });
     });
 }

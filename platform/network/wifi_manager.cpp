@@ -77,32 +77,32 @@ int wifi_get_connected_ap(wifi_ap_handle* ap) {
 
 int wifi_connect(wifi_ap_handle ap, wifi_result_cb cb, void* user_data) {
     return apCall(__func__, ap, cb != nullptr, [&](const ApHandle& object) -> int {
-        return network::startWifiRequest(ap, cb, user_data, [&](Answer answer, auto& question) {
-            return backend()->connectAccessPoint(object.id, object.passphrase, std::move(answer), question);
+        return network::startWifiRequest(ap, cb, user_data, [&](const Answer& answer, auto& question) {
+            return backend()->connectAccessPoint(object.id, object.passphrase, answer, question);
         });
     });
 }
 
 int wifi_disconnect(wifi_ap_handle ap, wifi_result_cb cb, void* user_data) {
     return apCall(__func__, ap, cb != nullptr, [&](const ApHandle& object) -> int {
-        return network::startWifiRequest(ap, cb, user_data, [&](Answer answer, auto& question) {
-            return backend()->disconnectAccessPoint(object.id, std::move(answer), question);
+        return network::startWifiRequest(ap, cb, user_data, [&](const Answer& answer, auto& question) {
+            return backend()->disconnectAccessPoint(object.id, answer, question);
         });
     });
 }
 
 int wifi_scan(wifi_result_cb cb, void* user_data) {
     return wifiCall(__func__, cb != nullptr, [&] {
-        return network::startWifiRequest(nullptr, cb, user_data, [](Answer answer, auto& question) {
-            return backend()->scan(std::move(answer), question);
+        return network::startWifiRequest(nullptr, cb, user_data, [](const Answer& answer, auto& question) {
+            return backend()->scan(answer, question);
         });
     });
 }
 
 int wifi_get_is_online_ipv6_async(wifi_result_cb cb, void* user_data) {
     return wifiCall(__func__, cb != nullptr, [&] {
-        return network::startWifiRequest(nullptr, cb, user_data, [](Answer answer, auto& question) {
-            return backend()->askWifiOnline(std::move(answer), question);
+        return network::startWifiRequest(nullptr, cb, user_data, [](const Answer& answer, auto& question) {
+            return backend()->askWifiOnline(answer, question);
         });
     });
 }

@@ -103,8 +103,8 @@ void receive(int result, void* data) {
     auto* const answer = static_cast<Answer*>(data);
     answer->result = result;
     if (answer->withdrawn) injection::complain("the platform answers after the release", answer->function);
-    if (answer->held == 0) deliver(answer);
     if (answer->held > 0) ecore_timer_add(answer->held, deliver, answer);
+    if (answer->held == 0) deliver(answer);  // after that it may be gone
 }
 
 Answer* newAnswer(const char* function, const void* askedOn, connection_result_cb callback, void* data, double held) {

@@ -73,10 +73,11 @@ int SimulatedNetwork::profile(const std::string& id, Profile& profile) {
 int SimulatedNetwork::ask(const Reply& reply, std::function<int()> judge, Answer answer,
                           std::unique_ptr<Question>& question) {
     auto asked = std::make_unique<TimedQuestion>();
-    const bool started = reply.silent || asked->timer.start(reply.delay, [judge = std::move(judge), answer] {
-        const int result = judge();
-        if (result != kNoAnswer) answer(result);
-    });
+    const bool started =
+        reply.silent || asked->timer.start(reply.delay, [judge = std::move(judge), answer = std::move(answer)] {
+            const int result = judge();
+            if (result != kNoAnswer) answer(result);
+        });
     if (!started) return CONNECTION_ERROR_OPERATION_FAILED;
     question = std::move(asked);
     return CONNECTION_ERROR_NONE;
