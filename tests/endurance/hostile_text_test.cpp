@@ -128,15 +128,18 @@ void expectShown(const EnduranceRun& run, const std::string& text, std::size_t n
         EXPECT_EQ(panelIn(verdict), (Texts{"00:00:00:00:00:00", "::", "0", "::", "::"})) << what;
         return;
     }
-    if (textIn(verdict, kMessagePart).find("ready") == std::string::npos) {
+    const bool failed = textIn(verdict, kMessagePart).find("ready") == std::string::npos;
+    if (failed) {
         // A text that is an address went back to the network on leaving the settings, with the stored prefix length.
         const std::string prefix = panelIn(verdict)[2] == "56" ? "56" : "64";
         EXPECT_EQ(panelIn(verdict), (Texts{shown(text, 32), address, prefix, address, address})) << what;
     }
     if (wireless) {
         const std::string name = shown(text, 255);
+        const char* const part = failed ? "PartMain:elm.text.SSID_unset" : "PartMain:elm.text.SSID";
         EXPECT_EQ(textIn(run.host().dump("checking-" + at), "PartMain:elm.text.SSID"), name) << what;
-        EXPECT_EQ(textIn(verdict, "PartMain:elm.text.SSID_unset"), name) << what;
+        EXPECT_EQ(textIn(verdict, part), name) << what;
+        if (text == "NULL") return;  // that stands for no name, and without one there are no settings
     }
     EXPECT_EQ(valuesIn(run.host().dump("rows-" + at)),
               (Texts{kManualText, address, "56", address, kManualText, address}))
