@@ -1,0 +1,187 @@
+// The wired adapter of the settings screen: what it reads, writes, and does when a call fails.
+#include <cstring>
+
+#include "settings_adapter.h"
+
+namespace {
+
+class WiredSettingsAdapter : public SettingsAdapter {
+  protected:
+    void openWired(const std::string& state = "connected") {
+        open(R"({"interfaces": [{"kind": "ethernet", "mac": "02:00:5E:10:00:01"}],
+          "profiles": [{"id": "w", "type": "wifi", "state": "connected"},
+                       {"id": "wired", "type": "ethernet", "state": ")" +
+             state + R"(", "live": {"address": ")" + kFull +
+             R"(", "prefixLength": 64, "gateway": "fe80::1", "dns": ["2001:db8:1::53"]}}],
+          "gateway": {"result": "NONE"}, "internet": {"result": "NONE"}, "renewal": 0})");
+        connect();
+    }
+    void connect() {
+        ASSERT_EQ(connection_create(&connection_), 0);
+        settings_->connection = connection_;
+    }
+    // What the profile has now: it is looked up anew, so what was not stored does not count.
+    Words live() {
+        forgetConnHandler();
+        connection_destroy(connection_);
+        connect();
+        EXPECT_EQ(_Get_Wired_Connection_Info(settings_), 0);
+        Words all = read();
+        connection_profile_handle profile = nullptr;
+        Updated_Ethernet_Profile_Handle(&profile);
+        PlatformText second;
+        fetchText(second, connection_profile_get_dns_address, profile, 2, 1);
+        all.emplace_back(second ? second.get() : "");
+        return {all.begin() + 1, all.end()};
+    }
+
+    const Words given_{kFull, "64", "fe80::1", "2001:db8:1::53", ""};
+};
+
+TEST_F(WiredSettingsAdapter, ReadsTheLiveValuesOrDefaults) {
+    openWired();
+    const Words all{"02:00:5E:10:00:01", kFull, "64", "fe80::1", "2001:db8:1::53"};
+    EXPECT_EQ(_Get_Wired_Connection_Info(settings_), 0);
+    EXPECT_EQ(read(), all);
+    connection_profile_handle profile = nullptr;
+    EXPECT_TRUE(Updated_Ethernet_Profile_Handle(&profile));
+    EXPECT_EQ(_Get_Wired_Connection_Info(nullptr), 16);
+    EXPECT_STREQ(Get_DNS_Config_Type(), kAutomaticMode);
+    char* dns = nullptr;
+    EXPECT_FALSE(GetDnsAddress(&dns)) << "false is success";
+    EXPECT_STREQ(PlatformText(dns).get(), "2001:db8:1::53");
+
+    const Words defaults{all[0], "::", "0", "::", "::"};
+    const struct {
+        const char* call;
+        int result;
+        Words read;
+    } cases[] = {
+        {"connection_get_profile_iterator", 14, defaults},
+        {"connection_profile_iterator_next", 14, defaults},
+        {"connection_profile_get_type", 14, defaults},
+        {"connection_get_mac_address", 15, Words(5)},
+        {"connection_profile_get_state", 0, all},
+        {"connection_profile_get_ip_address", 0, {all[0], "::", all[2], all[3], all[4]}},
+        {"connection_profile_get_prefix_length", 0, {all[0], all[1], "0", all[3], all[4]}},
+        {"connection_profile_get_gateway_address", 0, {all[0], all[1], all[2], "::", all[4]}},
+        {"connection_profile_get_dns_address", 0, {all[0], all[1], all[2], all[3], "::"}},
+    };
+    for (const auto& [call, result, expected] : cases) {
+        *settings_->connectionInfo = {};
+        fail(call);
+        EXPECT_EQ(_Get_Wired_Connection_Info(settings_), result) << call;
+        EXPECT_EQ(read(), expected) << call;
+        say({"no-faults"});
+    }
+}
+
+TEST_F(WiredSettingsAdapter, WritesTheUsersValuesAndGoesBackToTheNetworks) {
+    openWired();
+    _Set_IP_Config_Type(kSwitchToManual);
+    _Set_DNS_Config_Type(kSwitchToManual);
+    EXPECT_STREQ(Get_DNS_Config_Type(), kManualMode);
+    const sglobalIPValues wanted = values("300");
+    Set_Wired_Conn_Info(&wanted);
+    const char* servers[] = {"2001:db8:9::53", "2001:db8:9::54"};
+    EXPECT_EQ(live(), (Words{"2001:db8:9::9", "44", "2001:db8:9::1", servers[0], servers[0]})) << "eight bits of 300";
+    fail("connection_profile_set_dns_address", "1");
+    Set_Wired_Dns_Address(servers[1]);
+    EXPECT_EQ(live(), (Words{"2001:db8:9::9", "44", "2001:db8:9::1", servers[0], servers[1]}));
+    Set_Wired_Dns_Address(servers[1]);
+    EXPECT_EQ(live()[3], servers[1]);
+
+    _Set_IP_Config_Type(kSwitchToAutomatic);
+    _Set_DNS_Config_Type(kSwitchToAutomatic);
+    MainLoop::settle();
+    EXPECT_EQ(live(), given_);
+    _Set_DNS_Config_Type(kSwitchToManual);
+    EXPECT_EQ(live()[3], "::") << "manual again, and neither server is left";
+    fail("connection_profile_get_dns_config_type", "1");
+    EXPECT_STREQ(Get_DNS_Config_Type(), kAutomaticMode) << "what cannot be read counts as automatic";
+    fail("connection_profile_get_dns_address", "2");
+    PlatformText text(strdup("before"));
+    char* dns = text.get();
+    EXPECT_TRUE(GetDnsAddress(&dns)) << "true is failure";
+    EXPECT_STREQ(text.get(), ":");
+    char* none = nullptr;
+    EXPECT_TRUE(GetDnsAddress(&none));
+    EXPECT_EQ(none, nullptr);
+}
+
+TEST_F(WiredSettingsAdapter, StoresNoValueAfterARefusal) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"connection_profile_set_ip_address", "Fail to set IP Address [OPERATION_FAILED]"},
+        {"connection_profile_set_prefix_length", "Fail to set Prefix Length [OPERATION_FAILED][0]"},
+        {"connection_profile_set_gateway_address", "Fail to set Gateway Address [OPERATION_FAILED]"},
+        {"connection_profile_set_dns_address", "Fail to set DNS1 Address [OPERATION_FAILED]"},
+        {"connection_update_profile", "connection_update_profile failed"},
+        {"", "Fail to set Prefix Length [INVALID_PARAMETER][0]"},
+    };
+    openWired();
+    for (const auto& [failing, refusal] : cases) {
+        const std::string call = failing;
+        const sglobalIPValues wanted = values(call.empty() ? "abc" : call.ends_with("length") ? "256" : "56");
+        if (!call.empty()) fail(call, "1");
+        EXPECT_EQ(refusals([&] { Set_Wired_Conn_Info(&wanted); }), Words{refusal});
+        EXPECT_EQ(live(), given_) << refusal;
+    }
+}
+
+TEST_F(WiredSettingsAdapter, UpdatesTheProfileThoughASwitchIsRefused) {
+    const struct {
+        int (*change)(int);
+        int kind;
+        const char* failing;
+        const char* refusal;
+    } cases[] = {
+        {_Set_IP_Config_Type, kSwitchToManual, "connection_profile_set_ip_config_type", "Fail to set ip method type["},
+        {_Set_IP_Config_Type, kSwitchToAutomatic, "connection_profile_set_ip_config_type",
+         "Fail to set ip method type CONNECTION_IP_CONFIG_TYPE_AUTO  ["},
+        {_Set_DNS_Config_Type, kSwitchToManual, "connection_profile_set_dns_config_type",
+         "Fail to set dns method type["},
+        {_Set_DNS_Config_Type, kSwitchToAutomatic, "connection_profile_set_dns_config_type",
+         "Fail to set dns method type CONNECTION_DNS_CONFIG_TYPE_DYNAMIC  ["},
+        {_Set_DNS_Config_Type, kSwitchToAutomatic, "connection_profile_set_dns_address", "fail to set_dns_address1 ["},
+    };
+    openWired();
+    const std::string error = "OPERATION_FAILED]";
+    for (const auto& [change, kind, failing, refusal] : cases) {
+        fail(failing, "1");
+        fail("connection_update_profile", "1");
+        EXPECT_EQ(refusals([&] { change(kind); }),
+                  (Words{refusal + error, "connection_update_profile failed [" + error}));
+    }
+}
+
+TEST_F(WiredSettingsAdapter, WorksOnAProfileThatIsNotConnectedYet) {
+    openWired("configuration");
+    settings_->connection = nullptr;
+    createNetworkStatus()->connection = connection_;
+    connection_profile_handle profile = nullptr;
+    EXPECT_FALSE(Updated_Ethernet_Profile_Handle(&profile));
+    EXPECT_NE(profile, nullptr) << "found over the status screen's connection";
+    _Set_IP_Config_Type(kSwitchToManual);
+    const sglobalIPValues wanted = values("56");
+    Set_Wired_Conn_Info(&wanted);
+    EXPECT_EQ(live()[0], "2001:db8:9::9");
+}
+
+TEST_F(WiredSettingsAdapter, LivesWithoutAProfileOrAConnection) {
+    open(R"({"interfaces": [], "profiles": [], "gateway": {"result": "NONE"}, "internet": {"result": "NONE"}})");
+    EXPECT_EQ(_Get_Wired_Connection_Info(settings_), 14) << "no connection, no profile";
+    connect();
+    EXPECT_EQ(_Get_Wired_Connection_Info(settings_), 14);
+    EXPECT_EQ(read(), (Words{"00:00:00:00:00:00", "::", "0", "::", "::"}));
+    char* dns = nullptr;
+    EXPECT_FALSE(GetDnsAddress(&dns));
+    EXPECT_EQ(dns, nullptr);
+    EXPECT_EQ(_Set_IP_Config_Type(kSwitchToManual), 0);
+    EXPECT_EQ(_Set_DNS_Config_Type(kSwitchToAutomatic), 0);
+    const sglobalIPValues wanted = values("56");
+    Set_Wired_Conn_Info(&wanted);
+    Set_Wired_Conn_Info(nullptr);
+    Set_Wired_Dns_Address(nullptr);
+}
+
+}  // namespace
