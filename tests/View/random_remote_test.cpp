@@ -8,15 +8,12 @@
 #include <cstdlib>
 #include <fstream>
 #include <random>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "status_screen.h"
 
 namespace {
-
-using Words = std::span<const char* const>;
 
 constexpr std::uint64_t kSeeds = 20;
 // Each build of the tests plays them; the sanitizers are whom they are for.
@@ -27,141 +24,65 @@ constexpr int kActions = 100;
 #endif
 constexpr int kActionsBetweenClosings = 50;
 
-constexpr const char* kWiredScenarios[] = {"success",         "gateway-down",        "gateway-retry", "gateway-silent",
-                                           "internet-down",   "internet-silent",     "late-address",  "mac-all-zero",
-                                           "no-address",      "no-profile",          "no-service",    "cable-down",
-                                           "address-invalid", "pulled-in-stage-two", "prefix-129",    "two-profiles"};
-constexpr const char* kWirelessScenarios[] = {
-    "wifi-success",     "wifi-gateway-down", "wifi-internet-silent", "wifi-never-associates", "wifi-not-found",
-    "wifi-dhcp-failed", "wifi-markup-name",  "wifi-hostile-names",   "wifi-late-address",     "wifi-wrong-passphrase",
-    "wifi-off",         "wifi-no-address",   "wifi-home-5g-first",   "wifi-reconnect",        "wifi-raw-name"};
+const Texts kWiredScenarios = listed(
+    "success|gateway-down|gateway-retry|gateway-silent|internet-down|internet-silent|late-address|mac-all-zero|"
+    "no-address|no-profile|no-service|cable-down|address-invalid|pulled-in-stage-two|prefix-129|two-profiles");
+const Texts kWirelessScenarios = listed(
+    "wifi-success|wifi-gateway-down|wifi-internet-silent|wifi-never-associates|wifi-not-found|wifi-dhcp-failed|"
+    "wifi-markup-name|wifi-hostile-names|wifi-late-address|wifi-wrong-passphrase|wifi-off|wifi-no-address|"
+    "wifi-home-5g-first|wifi-reconnect|wifi-raw-name");
 
-constexpr const char* kMoves[] = {"Up", "Down", "Left", "Right"};
-constexpr const char* kTyping[] = {"0",     "1",         "2",         "3",    "4",       "5", "6",   "7",
-                                   "8",     "9",         "a",         "b",    "c",       "d", "e",   "f",
-                                   "colon", "KP_0",      "KP_5",      "KP_9", "g",       "A", "Tab", "space",
-                                   "slash", "BackSpace", "BackSpace", "KP_2", "KP_Enter"};
-constexpr const char* kCloseKeys[] = {"XF86Back", "XF86Back", "XF86Close", "Menu"};
-constexpr const char* kLabels[] = {"IPv6 settings",
-                                   "IPv6 settings",
-                                   "IPv6 settings",
-                                   "Retry",
-                                   "Cancel",
-                                   "Close",
-                                   "OK",
-                                   "OK",
-                                   "Done",
-                                   "Delete all",
-                                   "Gateway",
-                                   "IP address",
-                                   "Prefix length",
-                                   "IP settings",
-                                   "DNS settings",
-                                   "DNS server",
-                                   "A",
-                                   ":",
-                                   "<",
-                                   ">",
-                                   "Obtain automatically",
-                                   "Enter manually",
-                                   "Enter manually"};
+const Texts kMoves = listed("Up|Down|Left|Right");
+const Texts kTyping = listed(
+    "0|1|2|3|4|5|6|7|8|9|a|b|c|d|e|f|colon|KP_0|KP_5|KP_9|g|A|Tab|space|slash|BackSpace|BackSpace|KP_2|KP_Enter");
+const Texts kCloseKeys = listed("XF86Back|XF86Back|XF86Close|Menu");
+const Texts kLabels = listed(
+    "IPv6 settings|IPv6 settings|IPv6 settings|Retry|Cancel|Close|OK|OK|Done|Delete all|Gateway|IP address|"
+    "Prefix length|IP settings|DNS settings|DNS server|A|:|<|>|Obtain automatically|Enter manually|Enter manually");
 
-constexpr const char* kModes[] = {
-    "COM_OBTAIN_AUTOMATICALLY", "COM_ENTER_MANUALLY", "COM_ENTER_MANUALLY", "", "Manual", "<b>&amp;", "NULL"};
-constexpr const char* kValues[] = {
-    "2001:db8:9::9",
-    "::",
-    "NULL",
-    "",
-    "64",
-    "129",
-    "-1",
-    "99999999999999999999",
-    "fe80::1%eth0",
-    "<b>&lt;</b><br/>",
-    "%s%n%d",
-    "tab\ttab\x1b[31m",
-    "2001:0db8:0000:0000:0000:0000:0000:0001",
-    "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff",
-    "📺אבג"};
-constexpr const char* kNames[] = {"ip_mode", "dns_mode", "ip", "prefix", "gateway", "dns"};
+const Texts kModes = listed("COM_OBTAIN_AUTOMATICALLY|COM_ENTER_MANUALLY|COM_ENTER_MANUALLY||Manual|<b>&amp;|NULL");
+const Texts kValues = listed(
+    "2001:db8:9::9|::|NULL||64|129|-1|99999999999999999999|fe80::1%eth0|<b>&lt;</b><br/>|%s%n%d|tab\ttab\x1b[31m|"
+    "2001:0db8:0000:0000:0000:0000:0000:0001|"
+    "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff|📺אבג");
+const Texts kNames = listed("ip_mode|dns_mode|ip|prefix|gateway|dns");
 constexpr std::size_t kModeNames = 2;
 
-constexpr const char* kResults[] = {"OPERATION_FAILED",  "NO_CONNECTION", "OFFLINE",           "INVALID_GATEWAY",
-                                    "INVALID_PARAMETER", "NO_REPLY",      "OPERATION_ABORTED", "OUT_OF_MEMORY"};
-constexpr const char* kCalls[] = {"connection_profile_check_gateway6_async",
-                                  "connection_get_is_online_ipv6_async",
-                                  "connection_update_profile",
-                                  "connection_get_profile_iterator",
-                                  "connection_profile_get_ip_address",
-                                  "connection_profile_get_prefix_length",
-                                  "connection_profile_get_dns_address",
-                                  "connection_profile_set_ip_address",
-                                  "connection_profile_clone",
-                                  "connection_profile_set_ip_config_type",
-                                  "connection_create",
-                                  "connection_get_mac_address",
-                                  "connection_get_ethernet_state",
-                                  "connection_set_type_changed_cb",
-                                  "connection_profile_get_gateway_address",
-                                  "wifi_ap_check_gateway6_async",
-                                  "wifi_get_is_online_ipv6_async",
-                                  "wifi_get_connected_ap",
-                                  "wifi_ap_get_essid",
-                                  "wifi_ap_get_ip_address",
-                                  "wifi_ap_set_ip_config_type",
-                                  "wifi_ap_set_ip_address",
-                                  "wifi_connect",
-                                  "wifi_initialize",
-                                  "wifi_scan",
-                                  "wifi_foreach_found_aps",
-                                  "wifi_is_activated",
-                                  "wifi_ap_get_rssi",
-                                  "wifi_ap_clone"};
+const Texts kResults = listed(
+    "OPERATION_FAILED|NO_CONNECTION|OFFLINE|INVALID_GATEWAY|INVALID_PARAMETER|NO_REPLY|OPERATION_ABORTED|"
+    "OUT_OF_MEMORY");
+const Texts kCalls = listed(
+    "connection_profile_check_gateway6_async|connection_get_is_online_ipv6_async|connection_update_profile|"
+    "connection_get_profile_iterator|connection_profile_get_ip_address|connection_profile_get_prefix_length|"
+    "connection_profile_get_dns_address|connection_profile_set_ip_address|connection_profile_clone|"
+    "connection_profile_set_ip_config_type|connection_create|connection_get_mac_address|"
+    "connection_get_ethernet_state|connection_set_type_changed_cb|connection_profile_get_gateway_address|"
+    "wifi_ap_check_gateway6_async|wifi_get_is_online_ipv6_async|wifi_get_connected_ap|wifi_ap_get_essid|"
+    "wifi_ap_get_ip_address|wifi_ap_set_ip_config_type|wifi_ap_set_ip_address|wifi_connect|wifi_initialize|"
+    "wifi_scan|wifi_foreach_found_aps|wifi_is_activated|wifi_ap_get_rssi|wifi_ap_clone");
 // What stands after "network"; a * is a random result.
-constexpr const char* kWiredHappenings[] = {"unplug",
-                                            "plug",
-                                            "plug",
-                                            "ethernet disconnected",
-                                            "ethernet deactivated",
-                                            "ethernet connected",
-                                            "mac none",
-                                            "mac 02:00:5E:10:00:01",
-                                            "address 2001:db8:1::11/64",
-                                            "address none",
-                                            "router fe80::2",
-                                            "router none",
-                                            "dns 2001:db8:1::53 2001:db8:1::54",
-                                            "dns none",
-                                            "profile disconnect wired",
-                                            "profile connect wired",
-                                            "profile remove wired"};
-constexpr const char* kWirelessHappenings[] = {"wifi on",
-                                               "wifi on",
-                                               "wifi off",
-                                               "wifi associate \"Maple Street 12\"",
-                                               "wifi lose",
-                                               "wifi appear \"Maple Street 12\"",
-                                               "wifi vanish \"Maple Street 12\"",
-                                               "wifi rssi \"Maple Street 12\" -90",
-                                               "wifi address \"Maple Street 12\" 2001:db8:2::21/64",
-                                               "wifi address \"Maple Street 12\" none",
-                                               "wifi router \"Maple Street 12\" none",
-                                               "wifi dns \"Maple Street 12\" none",
-                                               "wifi connect \"Maple Street 12\" success 2",
-                                               "wifi connect \"Maple Street 12\" silent",
-                                               "wifi connect \"Maple Street 12\" DHCP_FAILED 1",
-                                               "wifi mac none"};
-constexpr const char* kAnswers[] = {"gateway answer 0.3",  "gateway answer 0",  "gateway silent",     "gateway * 1",
-                                    "internet online 0.4", "internet online 0", "internet offline 2", "internet silent",
-                                    "internet * 1",        "no-faults"};
+const Texts kWiredHappenings = listed(
+    "unplug|plug|plug|ethernet disconnected|ethernet deactivated|ethernet connected|mac none|"
+    "mac 02:00:5E:10:00:01|address 2001:db8:1::11/64|address none|router fe80::2|router none|"
+    "dns 2001:db8:1::53 2001:db8:1::54|dns none|profile disconnect wired|profile connect wired|"
+    "profile remove wired");
+const Texts kWirelessHappenings = listed(
+    "wifi on|wifi on|wifi off|wifi associate \"Maple Street 12\"|wifi lose|wifi appear \"Maple Street 12\"|"
+    "wifi vanish \"Maple Street 12\"|wifi rssi \"Maple Street 12\" -90|"
+    "wifi address \"Maple Street 12\" 2001:db8:2::21/64|wifi address \"Maple Street 12\" none|"
+    "wifi router \"Maple Street 12\" none|wifi dns \"Maple Street 12\" none|"
+    "wifi connect \"Maple Street 12\" success 2|wifi connect \"Maple Street 12\" silent|"
+    "wifi connect \"Maple Street 12\" DHCP_FAILED 1|wifi mac none");
+const Texts kAnswers = listed(
+    "gateway answer 0.3|gateway answer 0|gateway silent|gateway * 1|internet online 0.4|internet online 0|"
+    "internet offline 2|internet silent|internet * 1|no-faults");
 
 class Dice {
   public:
     explicit Dice(std::uint64_t seed) : engine_(seed) {}
     std::size_t below(std::size_t limit) { return engine_() % limit; }
     bool oneIn(std::size_t times) { return below(times) == 0; }
-    std::string pick(Words words) { return words[below(words.size())]; }
+    std::string pick(const Texts& words) { return words[below(words.size())]; }
 
   private:
     std::mt19937_64 engine_;  // draws the same with every library
@@ -226,7 +147,7 @@ std::string randomScript(Dice& dice, bool wireless, int actions) {
 std::string randomStore(Dice& dice, bool wireless) {
     const std::string start = "set-store db/menu/network/";
     std::string script = start + "network_type " + (wireless ? "Wireless\n" : "Wired\n");
-    for (std::size_t i = 0; i < std::size(kNames); ++i) {
+    for (std::size_t i = 0; i < kNames.size(); ++i) {
         if (dice.oneIn(4)) continue;
         const std::string value = i < kModeNames ? dice.pick(kModes) : dice.pick(kValues);
         script += start + (wireless ? "wireless_" : "wired_") + kNames[i] + "_V6 \"" + value + "\"\n";

@@ -1,4 +1,4 @@
-// What the user does to a check: cancel, retry, the way to the settings screen; and where the focus may go.
+// What the user does to a check: cancel, retry, leave by every way out; and where the focus may go.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -8,30 +8,31 @@
 
 namespace {
 
-struct Cancel {
-    const char* when;
-    const char* picture;
-};
-
 TEST(RunControl, CancelShowsWhatIsKnown) {
-    for (const Cancel& cancel :
-         {Cancel{"1.2", "network_popup_connect_0.png"}, Cancel{"4.6", "network_connect_3.png"}}) {
-        const HostRun run({.network = scenario("internet-silent"), .script = std::string("wait ") + cancel.when + R"(
-                               key Return
-                               wait 0.1
-                               dump cancelled.json
-                               wait 30
-                               dump later.json
-                               quit
-                           )"});
+    const struct {
+        const char* network;
+        const char* when;
+        const char* picture;
+    } cases[] = {{"internet-silent", "1.2", kNoGatewayPicture},
+                 {"internet-silent", "4.6", kNoInternetPicture},
+                 {"wifi-success", "1.2", kNoGatewayPicture}};
+    for (const auto& [network, when, picture] : cases) {
+        SCOPED_TRACE(std::string(network) + " after " + when);
+        const bool wireless = isWireless(network);
+        const HostRun run(onNetwork(network, std::string("wait ") + when +
+                                                 "\nkey Return\nwait 0.1\ndump cancelled.json\nwait 30\n"
+                                                 "dump later.json\nquit\n"));
         ASSERT_TRUE(run.succeeded()) << run;
         const nlohmann::json dump = run.dump("cancelled.json");
         EXPECT_EQ(textIn(dump, kMessagePart), kCancelled);
-        EXPECT_EQ(textIn(dump, kAdvicePart),
-                  "The wired network check was stopped before it finished. Select Retry to check again.");
-        EXPECT_EQ(pictureIn(dump, kVerdictPart), cancel.picture) << cancel.when;
+        EXPECT_EQ(textIn(dump, kAdvicePart), std::string("The ") + (wireless ? "wireless" : "wired") +
+                                                 " network check was stopped before it finished. Select Retry to "
+                                                 "check again.");
+        EXPECT_EQ(pictureIn(dump, kVerdictPart), picture);
         EXPECT_EQ(pictureIn(dump, kErrorMarkPart), "");
-        EXPECT_EQ(panelIn(dump)[1], "2001:db8:1::10");
+        EXPECT_EQ(panelIn(dump)[1], wireless ? "2001:db8:2::20" : "2001:db8:1::10");
+        EXPECT_EQ(textIn(dump, kVerdictNamePart), wireless ? kName : "");
+        EXPECT_EQ(pictureIn(dump, kVerdictSignalPart), wireless ? kSignalPicture : "");
         EXPECT_EQ(buttonsIn(dump), kFullRow);
         EXPECT_EQ(focusIn(dump), "Close");
         EXPECT_FALSE(dump["parts"].contains("PartMain:elm.loader.swallow"));
@@ -39,141 +40,130 @@ TEST(RunControl, CancelShowsWhatIsKnown) {
     }
 }
 
-TEST(RunControl, ClickOnCancelMakesTheCloseButtonThatCloses) {
-    const HostRun run({.network = scenario("success"),
-                       .script = "wait 1\nclick \"Cancel\"\nwait 0.2\nclick \"Close\"\nexpect closed within 1\n"});
-    EXPECT_TRUE(run.succeeded()) << run;
+TEST(RunControl, RetryStartsAFreshRun) {
+    const std::pair<const char*, std::string> cases[] = {
+        {"gateway-down", std::string(kToVerdict) + "network gateway answer 0.3\n"},
+        {"wifi-success", "wait 1.2\nkey Return\nwait 0.1\n"}};
+    for (const auto& [network, before] : cases) {
+        SCOPED_TRACE(network);
+        const HostRun run(
+            onNetwork(network, before + walk("Left Retry|Return Cancel") + "dump started.json\n" +
+                                   walk("Left Cancel|Right Cancel") +
+                                   "expect picture \"network_popup_connect_1.png\" in PartMain:elm.swallow.status "
+                                   "within 0.5\nexpect picture \"network_popup_connect_2.png\" in "
+                                   "PartMain:elm.swallow.status within 0.6\nexpect \"" +
+                                   ready(network) + "\" within 10\nquit\n"));
+        ASSERT_TRUE(run.succeeded()) << run;
+        const nlohmann::json started = run.dump("started.json");
+        EXPECT_EQ(textIn(started, kMessagePart), checking(network));
+        EXPECT_EQ(panelIn(started), kBlankPanel);
+        for (const char* part : {kAdvicePart, "PartMain:MAC_Address", "PartMain:MACcolon", kVerdictNamePart})
+            EXPECT_EQ(textIn(started, part), "") << part;
+        for (const char* part : {kVerdictPart, kErrorMarkPart, kVerdictSignalPart})
+            EXPECT_EQ(pictureIn(started, part), "") << part;
+        EXPECT_EQ(textIn(started, kNamePart), isWireless(network) ? kName : "");
+        EXPECT_EQ(pictureIn(started, kSignalPart), isWireless(network) ? kSignalPicture : "");
+        EXPECT_EQ(buttonsIn(started), Texts{"Cancel"});
+        EXPECT_TRUE(started["parts"].contains("PartMain:elm.loader.swallow"));
+    }
 }
 
-TEST(RunControl, RetryStartsAFreshRun) {
-    const HostRun run(
-        {.network = scenario("gateway-down"), .script = std::string("expect \"") + kFailed + R"(" within 10
-                           wait 0.1
-                           network gateway answer 0.3
-                           key Left
-                           wait 0.1
-                           expect focus "Retry"
-                           key Return
-                           wait 0.1
-                           dump started.json
-                           key Left
-                           key Right
-                           wait 0.1
-                           expect focus "Cancel"
-                           expect picture "network_popup_connect_1.png" in PartMain:elm.swallow.status within 0.5
-                           expect picture "network_popup_connect_2.png" in PartMain:elm.swallow.status within 0.6
-                           expect "Your wired network and the internet are ready to use." within 10
-                           wait 0.1
-                           dump end.json
-                           quit
-                       )"});
-    ASSERT_TRUE(run.succeeded()) << run;
-    const nlohmann::json started = run.dump("started.json");
-    EXPECT_EQ(textIn(started, kMessagePart), kChecking);
-    EXPECT_EQ(textIn(started, kAdvicePart), "");
-    EXPECT_EQ(panelIn(started), kBlankPanel);
-    EXPECT_EQ(textIn(started, "PartMain:MAC_Address"), "");
-    EXPECT_EQ(textIn(started, "PartMain:MACcolon"), "");
-    EXPECT_EQ(pictureIn(started, kVerdictPart), "");
-    EXPECT_EQ(pictureIn(started, kErrorMarkPart), "");
-    EXPECT_EQ(buttonsIn(started), std::vector<std::string>{"Cancel"});
-    EXPECT_TRUE(started["parts"].contains("PartMain:elm.loader.swallow"));
-    EXPECT_EQ(pictureIn(run.dump("end.json"), kVerdictPart), "");
+struct Journey {
+    const char* network;
+    std::string script;
+};
+
+void play(const std::vector<Journey>& journeys) {
+    for (const Journey& journey : journeys) {
+        const HostRun run(onNetwork(journey.network, journey.script));
+        EXPECT_TRUE(run.succeeded()) << journey.network << '\n' << run;
+    }
 }
 
 TEST(RunControl, AnswersToACancelledRunDoNotEndTheNextOne) {
     // The first run is cancelled while its gateway check is under way; the second one is told its own answer.
-    const HostRun run({.network = scenario("success"), .script = R"(
-                           network gateway NO_REPLY 0.4
-                           wait 3.6
-                           key Return
-                           wait 0.1
-                           network gateway answer 0.3
-                           wait 1
-                           key Left
-                           wait 0.05
-                           key Return
-                           wait 3
-                           expect "Cancel"
-                           expect "Your wired network and the internet are ready to use." within 3
-                           quit
-                       )"});
-    EXPECT_TRUE(run.succeeded()) << run;
-}
-
-struct Move {
-    const char* key;
-    const char* focus;
-};
-
-std::string moves(std::initializer_list<Move> path) {
-    std::string script;
-    for (const Move& move : path) {
-        script += std::string("key ") + move.key + "\nwait 0.05\nexpect focus \"" + move.focus + "\"\n";
-    }
-    return script;
+    play({{"success",
+           "network gateway NO_REPLY 0.4\nwait 3.6\nkey Return\nwait 0.1\nnetwork gateway answer 0.3\nwait 1\n"
+           "key Left\nwait 0.05\nkey Return\nwait 3\nexpect \"Cancel\"\nexpect \"" +
+               ready("success") + "\" within 3\nquit\n"}});
 }
 
 TEST(RunControl, FocusMovesInRingsAndNeverLeaves) {
-    const std::string locked = moves({{"Left", "Cancel"}, {"Right", "Cancel"}, {"Up", "Cancel"}, {"Down", "Cancel"}});
-    const std::string ring = moves({{"Right", "IPv6 settings"},
-                                    {"Right", "Retry"},
-                                    {"Right", "Close"},
-                                    {"Left", "Retry"},
-                                    {"Left", "IPv6 settings"},
-                                    {"Left", "Close"},
-                                    {"Down", "IPv6 settings"},
-                                    {"Down", "Retry"},
-                                    {"Down", "Close"},
-                                    {"Up", "Retry"},
-                                    {"Up", "IPv6 settings"}});
-    struct Case {
-        const char* network;
-        std::string path;
-    };
-    const Case cases[] = {
-        {"gateway-down", ring + moves({{"Up", "Close"}})},
-        {"success", ring + moves({{"Up", "Close"}})},
-        // Without a cable the settings button keeps the focus on the way up.
-        {"pulled-in-stage-one", ring + moves({{"Up", "IPv6 settings"}, {"Down", "Retry"}})},
-        {"mac-all-zero", moves({{"Right", "Retry"},
-                                {"Right", "Close"},
-                                {"Left", "Retry"},
-                                {"Left", "Close"},
-                                {"Down", "Retry"},
-                                {"Down", "Close"},
-                                {"Up", "Retry"},
-                                {"Up", "Close"}})},
-    };
-    for (const Case& example : cases) {
-        const HostRun run(
-            {.network = scenario(example.network),
-             .script = "wait 0.2\n" + locked + "expect focus \"Close\" within 20\n" + example.path + "quit\n"});
-        EXPECT_TRUE(run.succeeded()) << example.network << '\n' << run;
-    }
+    const std::string locked =
+        "wait 0.2\n" + walk("Left Cancel|Right Cancel|Up Cancel|Down Cancel") + "expect focus \"Close\" within 20\n";
+    const std::string ring = walk(
+        "Right IPv6 settings|Right Retry|Right Close|Left Retry|Left IPv6 settings|Left Close|"
+        "Down IPv6 settings|Down Retry|Down Close|Up Retry|Up IPv6 settings");
+    const std::string two =
+        walk("Right Retry|Right Close|Left Retry|Left Close|Down Retry|Down Close|Up Retry|Up Close");
+    play({{"gateway-down", locked + ring + walk("Up Close")},
+          {"success", locked + ring + walk("Up Close")},
+          // Without a cable the settings button keeps the focus on the way up.
+          {"pulled-in-stage-one", locked + ring + walk("Up IPv6 settings|Down Retry")},
+          {"mac-all-zero", locked + two},
+          {"wifi-gateway-down", locked + ring + walk("Up Close")},
+          {"wifi-mac-all-zero", locked + two}});
 }
 
 TEST(RunControl, AnUnknownNetworkStartsNoCheck) {
-    const HostRun run({.network = scenario("success"),
-                       .store = {{"db/menu/network/network_type", "Coax"}},
-                       .script = "wait 10\ndump still.json\nkey Menu\nexpect closed within 1\n",
-                       .arguments = {"--log", "warning"}});
-    ASSERT_TRUE(run.succeeded()) << run;
-    EXPECT_EQ(buttonsIn(run.dump("still.json")), std::vector<std::string>{"Cancel"});
+    HostSetup setup = onNetwork("success",
+                                "wait 10\nexpect exactly \"Cancel\"\nexpect-gone \"Retry\"\nkey Menu\n"
+                                "expect closed within 1\n");
+    setup.store = {{"db/menu/network/network_type", "Coax"}};
+    setup.arguments = {"--log", "warning"};
+    const HostRun run(setup);
+    EXPECT_TRUE(run.succeeded()) << run;
     EXPECT_NE(run.errors().find("Unknown network type [Coax]"), std::string::npos) << run.errors();
 }
 
 TEST(RunControl, AStoreThatChangesWhileOpenLeavesNoClientBehind) {
-    for (const auto& [opened, stored] : {std::pair{"Wired", "Wireless"}, {"Wired", "Coax"}, {"Wireless", "Wired"}}) {
-        const HostRun run({.network = scenario("wifi-success"),
-                           .store = {{"db/menu/network/network_type", opened}},
-                           .script = std::string("wait 1\nset-store db/menu/network/network_type \"") + stored +
-                                     "\"\nkey Menu\nexpect closed within 1\nwait 10\n",
-                           .arguments = {"--log", "debug"}});
+    for (const auto& [network, stored, released] : {std::tuple{"success", "Wireless", "Client deregistration"},
+                                                    {"success", "Coax", "Client deregistration"},
+                                                    {"wifi-success", "Wired", "wlan_manager_deregister_cbs"}}) {
+        HostSetup setup = onNetwork(network, std::string("wait 1\nset-store db/menu/network/network_type \"") + stored +
+                                                 "\"\nkey Menu\nexpect closed within 1\nwait 10\n");
+        setup.arguments = {"--log", "debug"};
+        const HostRun run(setup);
         ASSERT_TRUE(run.succeeded()) << run;
-        const bool wired = std::string(opened) == "Wired";
-        EXPECT_NE(run.errors().find(wired ? "Client deregistration" : "wlan_manager_deregister_cbs"),
-                  std::string::npos);
+        EXPECT_NE(run.errors().find(released), std::string::npos) << network << " to " << stored;
+    }
+}
+
+TEST(Closing, CloseKeysAndButtonsWorkInEveryState) {
+    const std::string verdict = kToVerdict;
+    const std::string states[] = {"",
+                                  "wait 1.2\n",
+                                  "wait 4.6\n",
+                                  verdict,
+                                  verdict + "key Left\nwait 0.1\n",
+                                  verdict + "key Right\nwait 0.1\n",
+                                  "wait 1\nkey Return\nwait 0.1\n"};
+    std::string script;
+    for (const char* way : {"key XF86Back\n", "key Menu\n", "key XF86Close\n"}) {
+        for (const std::string& state : states)
+            script += "open\n" + state + "key a\nkey 7\n" + way + "expect closed within 1\n";
+    }
+    play({{"internet-down", script + "open\nwait 1\nclick \"Cancel\"\nwait 0.2\nclick \"Close\"\n"
+                                     "expect closed within 1\n"}});
+}
+
+TEST(Closing, AMinuteWithoutInputClosesTheVerdict) {
+    // The verdict of a pulled cable comes at 0.5 s; that tick is the last activity. A running check is one, too.
+    play({{"cable-down", "wait 58\nexpect \"Close\"\nexpect closed within 4\n"},
+          {"cable-down", "wait 58\nkey a\nwait 57\nexpect \"Close\"\nexpect closed within 5\n"},
+          {"cable-down", "wait 58\nclick \"IPv6 status\"\nwait 57\nexpect \"Close\"\nexpect closed within 5\n"},
+          {"gateway-silent", "wait 300\nexpect \"Cancel\"\nkey Return\nexpect closed within 65\n"}});
+}
+
+TEST(Closing, TearsDownInOrder) {
+    HostSetup setup = onNetwork("success", "wait 4.2\nkey XF86Close\nexpect closed within 1\n");
+    setup.arguments = {"--log", "debug"};
+    const HostRun run(setup);
+    std::size_t at = 0;
+    for (const char* entered : {"_on_destroy", "_clear_Timers", "DestroyIPSettings", "freeGlobalIPInfo",
+                                "deregister_client", "freeSNetworkStatus", "UG_MODULE_EXIT"}) {
+        at = run.errors().find(std::string(".cpp: ") + entered + "(", at);
+        ASSERT_NE(at, std::string::npos) << entered << run;
     }
 }
 

@@ -2,8 +2,6 @@
 
 namespace {
 
-constexpr const char* kValueNames[] = {"ip", "prefix", "gateway", "dns"};
-
 std::string joined(const nlohmann::json& list) {
     std::string text;
     for (const nlohmann::json& item : list)
@@ -25,20 +23,16 @@ std::string keyOf(const SettingsCase& network, const std::string& name) {
 }
 
 HostSetup onSettings(const SettingsCase& network, const Stored& stored, const std::string& script) {
-    HostSetup setup{.network = scenario(network.scenario), .store = {{"db/menu/network/network_type", network.type}}};
-    const std::pair<const char*, std::string> modes[] = {{"ip_mode", stored.ipMode}, {"dns_mode", stored.dnsMode}};
-    for (const auto& [name, value] : modes) {
-        if (!value.empty()) setup.store.emplace_back(keyOf(network, name), value);
-    }
-    for (std::size_t i = 0; i < stored.values.size(); ++i)
-        setup.store.emplace_back(keyOf(network, kValueNames[i]), stored.values[i]);
-    setup.script = "expect \"IPv6 settings\" within 20\nkey Right\nkey Return\nwait 0.3\n" + script;
+    HostSetup setup = onNetwork(network.scenario, "expect \"IPv6 settings\" within 20\n" + (kOpenSettings + script));
+    const std::vector<std::string> row = asRow(stored);
+    for (std::size_t i = 0; i < row.size(); ++i)
+        setup.store.emplace_back(keyOf(network, kKeyNames[i]), row[i]);
     return setup;
 }
 
 std::vector<std::string> storedAfter(const HostRun& run, const SettingsCase& network) {
     std::vector<std::string> row;
-    for (const char* name : {"ip_mode", "dns_mode", "ip", "prefix", "gateway", "dns"})
+    for (const char* name : kKeyNames)
         row.push_back(run.storedText(keyOf(network, name)).value_or("(none)"));
     return row;
 }
@@ -62,17 +56,6 @@ std::string enabledIn(const nlohmann::json& dump) {
     for (const nlohmann::json& row : dump["rows"])
         enabled += row["disabled"] ? '0' : '1';
     return enabled;
-}
-
-std::string focusedRowIn(const nlohmann::json& dump) {
-    if (dump["focus"].is_null()) return "nobody";
-    if (dump["focus"]["widget"] != "elm_genlist") return dump["focus"]["label"];
-    std::string label = "a list without a focused row";
-    // The uppermost list's rows come last.
-    for (const nlohmann::json& row : dump["rows"]) {
-        if (row["focused"]) label = row["text"]["elm.text"];
-    }
-    return label;
 }
 
 Texts popupsIn(const nlohmann::json& dump) {

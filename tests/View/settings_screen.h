@@ -26,6 +26,7 @@ inline constexpr SettingsCase kWiredCase{"Wired", "success", "db/menu/network/wi
 inline constexpr SettingsCase kWirelessCase{"Wireless", "wifi-success", "db/menu/network/wireless_", "2001:db8:2::20",
                                             "2001:db8:2::53"};
 inline constexpr SettingsCase kBothCases[] = {kWiredCase, kWirelessCase};
+inline constexpr const char* kUntouched = "- -/0 - - -";  // what configuredIn says before any change
 
 // A stored configuration: the two modes, and the four values.
 struct Stored {
@@ -34,10 +35,13 @@ struct Stored {
     std::vector<std::string> values{"2001:db8:9::9", "56", "2001:db8:9::1", "2001:db8:9::53"};
 };
 
-// The full name of a key: "ip_mode", "dns_mode", "ip", "prefix", "gateway" or "dns".
+// A configuration's keys, and the full name of one.
+inline constexpr const char* kKeyNames[] = {"ip_mode", "dns_mode", "ip", "prefix", "gateway", "dns"};
 std::string keyOf(const SettingsCase& network, const std::string& name);
 // A run on that network with that configuration in the store; the script begins on the open settings screen.
 HostSetup onSettings(const SettingsCase& network, const Stored& stored, const std::string& script);
+// Script lines: from the status screen's verdict to the open settings screen.
+inline constexpr const char* kOpenSettings = "key Right\nkey Return\nwait 0.3\n";
 // What the store holds after a run, as "ip mode, DNS mode, four values".
 std::vector<std::string> storedAfter(const HostRun& run, const SettingsCase& network);
 std::vector<std::string> asRow(const Stored& stored);
@@ -45,8 +49,6 @@ std::vector<std::string> asRow(const Stored& stored);
 // The six values as they are shown, and which rows can be selected, as "101010".
 Texts valuesIn(const nlohmann::json& dump);
 std::string enabledIn(const nlohmann::json& dump);
-// The label of the focused row, or of the focused button.
-std::string focusedRowIn(const nlohmann::json& dump);
 // The styles of the popups from below, without the status screen's.
 Texts popupsIn(const nlohmann::json& dump);
 

@@ -5,231 +5,127 @@
 
 namespace {
 
-struct Shown {
-    const char* what;
-    Stored stored;
-    Texts (*values)(const SettingsCase& network);
-    const char* enabled;
-};
-
-const Shown kShown[] = {
-    {"automatic",
-     {},
-     [](const SettingsCase& network) {
-         return Texts{kAutoText, network.address, "64", "fe80::1", kAutoText, network.server};
-     },
-     "100010"},
-    {"automatic with a manual DNS server",
-     {kAuto, kManual},
-     [](const SettingsCase& network) {
-         return Texts{kAutoText, network.address, "64", "fe80::1", kManualText, "2001:db8:9::53"};
-     },
-     "100011"},
-    {"manual",
-     {kManual, kManual},
-     [](const SettingsCase&) {
-         return Texts{kManualText, "2001:db8:9::9", "56", "2001:db8:9::1", kManualText, "2001:db8:9::53"};
-     },
-     "111101"},
-    {"manual with an automatic DNS server",
-     {kManual, kAuto},
-     [](const SettingsCase&) {
-         return Texts{kManualText, "2001:db8:9::9", "56", "2001:db8:9::1", kAutoText, "2001:db8:9::53"};
-     },
-     "111101"},
-    {"a mode of another program, longer than any field",
-     {"COM_ENTER_MANUALLY_" + std::string(400, 'x'), "com_enter_manually"},
-     [](const SettingsCase& network) {
-         return Texts{kAutoText, network.address, "64", "fe80::1", kAutoText, network.server};
-     },
-     "100010"},
-    {"values longer than their fields, and markup",
-     {kManual, kManual, {std::string(40, 'a') + "bcdef", "1234", "<b>&amp;</b>", "\xff\x01"}},
-     [](const SettingsCase&) {
-         return Texts{kManualText, std::string(39, 'a'), "123", "<b>&amp;</b>", kManualText, "��"};
-     },
-     "111101"},
-};
-
-TEST(Settings, ShowTheStoredOrTheLiveValues) {
-    for (const SettingsCase& network : kBothCases) {
-        for (const Shown& shown : kShown) {
-            const HostRun run(onSettings(network, shown.stored, "dump open.json\nquit\n"));
-            ASSERT_TRUE(run.succeeded()) << run;
-            const nlohmann::json dump = run.dump("open.json");
-            EXPECT_EQ(valuesIn(dump), shown.values(network)) << network.type << ", " << shown.what;
-            EXPECT_EQ(enabledIn(dump), shown.enabled) << network.type << ", " << shown.what;
-            EXPECT_EQ(focusedRowIn(dump), "IP settings");
-            EXPECT_EQ(buttonsIn(dump), (Texts{"OK", "Cancel"}));
-        }
-    }
-}
-
-TEST(Settings, SeedTheirOwnKeysOnly) {
-    for (const SettingsCase& network : kBothCases) {
-        HostSetup setup = onSettings(network, {"NULL", "NULL", {"NULL", "NULL", "Null", "NULLX"}}, "quit\n");
-        const HostRun run(setup);
-        ASSERT_TRUE(run.succeeded()) << run;
-        EXPECT_EQ(storedAfter(run, network), (Texts{kAuto, kAuto, "::", "0", "Null", "NULLX"})) << network.type;
-    }
-}
-
-struct Switch {
-    const char* what;
+struct Use {
     Stored stored;
     std::string script;
-    Texts (*values)(const SettingsCase& network);
-    const char* enabled;
-    const char* configured;
+    bool manual;  // the modes after the script
+    bool manualDns;
+    const char* sent;       // to the network at once
+    const char* confirmed;  // by OK
+    const char* prefix = "56";
 };
 
-const Switch kSwitches[] = {
-    {"to manual",
-     {},
-     kToManual,
-     [](const SettingsCase&) {
-         return Texts{kManualText, "2001:db8:9::9", "56", "2001:db8:9::1", kManualText, "2001:db8:9::53"};
-     },
-     "111101",
-     "static -/0 - static -"},
-    {"to manual and back",
-     {},
-     std::string(kToManual) + kToAutomatic,
-     [](const SettingsCase& network) {
-         return Texts{kAutoText, network.address, "64", "fe80::1", kAutoText, network.server};
-     },
-     "100010",
-     "automatic -/0 - dynamic -"},
-    {"the DNS server to manual",
-     {},
-     std::string("key Down\n") + kToManual,
-     [](const SettingsCase& network) {
-         return Texts{kAutoText, network.address, "64", "fe80::1", kManualText, "2001:db8:9::53"};
-     },
-     "100011",
-     "- -/0 - static -"},
-    {"the DNS server to manual and back",
-     {},
-     std::string("key Down\n") + kToManual + kToAutomatic,
-     [](const SettingsCase& network) {
-         return Texts{kAutoText, network.address, "64", "fe80::1", kAutoText, network.server};
-     },
-     "100010",
-     "- -/0 - dynamic -"},
-    {"the entry that is chosen already",
-     {kManual, kManual},
-     "key Return\nwait 0.2\nkey Return\nwait 0.2\n",
-     [](const SettingsCase&) {
-         return Texts{kManualText, "2001:db8:9::9", "56", "2001:db8:9::1", kManualText, "2001:db8:9::53"};
-     },
-     "111101",
-     "- -/0 - - -"},
+const std::string kDnsToManual = std::string("key Down\n") + kToManual;
+const std::string kTypeSixty = selectRow(2) + "key 6\nkey 0\nkey Return\nwait 0.2\n";
+constexpr const char* kChooseTheCurrent = "key Return\nwait 0.2\nkey Return\nwait 0.2\n";
+
+// A mode is sent when it changes, the values when they are confirmed.
+constexpr const char* kDnsSent = "- -/0 - - 2001:db8:9::53,2001:db8:9::53";
+constexpr const char* kDnsModeSent = "- -/0 - static -";
+constexpr const char* kDnsAllSent = "- -/0 - static 2001:db8:9::53,2001:db8:9::53";
+constexpr const char* kValuesSent = "- 2001:db8:9::9/56 2001:db8:9::1 - 2001:db8:9::53,2001:db8:9::53";
+constexpr const char* kModesSent = "static -/0 - static -";
+constexpr const char* kAllSent = "static 2001:db8:9::9/60 2001:db8:9::1 static 2001:db8:9::53,2001:db8:9::53";
+constexpr const char* kAutomatic = "automatic -/0 - dynamic -";
+constexpr const char* kDynamic = "- -/0 - dynamic -";
+
+const Use kUses[] = {
+    {{}, "", false, false, kUntouched, kUntouched},
+    {{kAuto, kManual}, "", false, true, kUntouched, kDnsSent},
+    {{kManual, kManual}, "", true, true, kUntouched, kValuesSent},
+    {{kManual, kAuto}, "", true, false, kUntouched, kUntouched},  // which is no configuration
+    // Another program's modes, one of them longer than any field.
+    {{"COM_ENTER_MANUALLY_" + std::string(400, 'x'), "com_enter_manually"}, "", false, false, kUntouched, kUntouched},
+    {{}, kToManual + kTypeSixty, true, true, kModesSent, kAllSent, "60"},
+    {{kManual, kManual}, kToAutomatic, false, false, kAutomatic, kAutomatic},
+    {{}, kDnsToManual, false, true, kDnsModeSent, kDnsAllSent},
+    {{}, kDnsToManual + kToAutomatic, false, false, kDynamic, kDynamic},
+    {{kManual, kManual}, kChooseTheCurrent, true, true, kUntouched, kValuesSent},
 };
 
-TEST(Settings, AModeTakesEffectOnTheNetworkAtOnce) {
-    for (const SettingsCase& network : kBothCases) {
-        for (const Switch& change : kSwitches) {
-            const HostRun run(
-                onSettings(network, change.stored, change.script + "dump after.json\nnetwork save net.json\nquit\n"));
-            ASSERT_TRUE(run.succeeded()) << run;
-            const std::string what = std::string(network.type) + ", " + change.what;
-            EXPECT_EQ(valuesIn(run.dump("after.json")), change.values(network)) << what;
-            EXPECT_EQ(enabledIn(run.dump("after.json")), change.enabled) << what;
-            EXPECT_EQ(configuredIn(run.dump("net.json")), change.configured) << what;
-            EXPECT_EQ(storedAfter(run, network), asRow(change.stored)) << what;
-            EXPECT_EQ(popupsIn(run.dump("after.json")), Texts{"c_popup_l_bottom"}) << what;
-        }
-    }
+// A manual configuration shows what is stored, an automatic one what is live.
+Texts shownBy(const Use& use, const SettingsCase& network) {
+    const std::vector<std::string>& stored = use.stored.values;
+    const std::string dnsMode = use.manualDns ? kManualText : kAutoText;
+    if (use.manual) return {kManualText, stored[0], use.prefix, stored[2], dnsMode, stored[3]};
+    return {kAutoText, network.address, "64", "fe80::1", dnsMode, use.manualDns ? stored[3] : network.server};
 }
 
-struct Move {
-    const char* key;
-    const char* focus;
-};
-
-TEST(Settings, TheFocusSkipsRowsThatCannotBeSelected) {
-    const std::pair<Stored, std::vector<Move>> cases[] = {
-        {{},
-         {{"Left", "IP settings"},
-          {"Right", "IP settings"},
-          {"Down", "DNS settings"},
-          {"Down", "OK"},
-          {"Right", "Cancel"},
-          {"Right", "OK"},
-          {"Left", "Cancel"},
-          {"Up", "DNS settings"},
-          {"Up", "IP settings"},
-          {"Up", "OK"},
-          {"Down", "IP settings"}}},
-        {{kManual, kManual},
-         {{"Down", "IP address"},
-          {"Down", "Prefix length"},
-          {"Down", "Gateway"},
-          {"Down", "DNS server"},
-          {"Up", "Gateway"},
-          {"Down", "DNS server"},
-          {"Down", "OK"},
-          {"Up", "DNS server"},
-          {"Down", "OK"},
-          {"Left", "Cancel"},
-          {"Down", "IP settings"}}},
-    };
-    for (const auto& [stored, moves] : cases) {
-        std::string script;
-        for (std::size_t i = 0; i < moves.size(); ++i)
-            script += "key " + std::string(moves[i].key) + "\nwait 0.1\ndump " + std::to_string(i) + ".json\n";
-        const HostRun run(onSettings(kWiredCase, stored, script + "quit\n"));
-        ASSERT_TRUE(run.succeeded()) << run;
-        for (std::size_t i = 0; i < moves.size(); ++i) {
-            EXPECT_EQ(focusedRowIn(run.dump(std::to_string(i) + ".json")), moves[i].focus)
-                << stored.ipMode << ", move " << i;
-        }
-    }
+Texts storedBy(const Use& use) {
+    const std::vector<std::string>& stored = use.stored.values;
+    return {use.manual ? kManual : kAuto, use.manualDns ? kManual : kAuto, stored[0], use.prefix, stored[2], stored[3]};
 }
 
-struct Confirmation {
-    const char* what;
-    Stored stored;
-    std::string script;
-    Stored after;
-    const char* configured;
-};
-
-const Confirmation kConfirmations[] = {
-    {"automatic", {kManual, kManual}, kToAutomatic, {kAuto, kAuto}, "automatic -/0 - dynamic -"},
-    {"automatic with a manual DNS server",
-     {},
-     std::string("key Down\n") + kToManual,
-     {kAuto, kManual},
-     "- -/0 - static 2001:db8:9::53,2001:db8:9::53"},
-    {"manual",
-     {},
-     std::string(kToManual) + "key Down\nkey Down\nkey Return\nwait 0.2\nkey 6\nkey 0\nkey Return\nwait 0.2\n",
-     {kManual, kManual, {"2001:db8:9::9", "60", "2001:db8:9::1", "2001:db8:9::53"}},
-     "static 2001:db8:9::9/60 2001:db8:9::1 static 2001:db8:9::53,2001:db8:9::53"},
-    {"manual with an automatic DNS server, which is none", {kManual, kAuto}, "", {kManual, kAuto}, "- -/0 - - -"},
-};
-
-TEST(Settings, OkWritesThemAndStartsANewCheck) {
+TEST(Settings, ShowTheConfigurationAndOkWritesItAndChecksAnew) {
     for (const SettingsCase& network : kBothCases) {
-        for (const Confirmation& confirmation : kConfirmations) {
-            const HostRun run(onSettings(network, confirmation.stored, confirmation.script + R"(
+        for (const Use& use : kUses) {
+            SCOPED_TRACE(std::string(network.type) + use.stored.ipMode + use.stored.dnsMode + use.script);
+            const HostRun run(onSettings(network, use.stored, use.script + R"(
+                dump shown.json
+                network save sent.json
                 click "OK"
                 wait 0.2
                 dump closed.json
-                network save net.json
+                network save confirmed.json
                 expect "network and the internet are ready to use." within 20
                 quit
             )"));
-            ASSERT_TRUE(run.succeeded()) << confirmation.what << run;
-            const std::string what = std::string(network.type) + ", " + confirmation.what;
-            EXPECT_EQ(storedAfter(run, network), asRow(confirmation.after)) << what;
-            EXPECT_EQ(configuredIn(run.dump("net.json")), confirmation.configured) << what;
+            ASSERT_TRUE(run.succeeded()) << run;
+            const nlohmann::json shown = run.dump("shown.json");
+            EXPECT_EQ(valuesIn(shown), shownBy(use, network));
+            EXPECT_EQ(enabledIn(shown), use.manual ? "111101" : use.manualDns ? "100011" : "100010");
+            EXPECT_EQ(popupsIn(shown), Texts{"c_popup_l_bottom"});
+            EXPECT_EQ(buttonsIn(shown), (Texts{"OK", "Cancel"}));
+            EXPECT_EQ(configuredIn(run.dump("sent.json")), use.sent);
+            EXPECT_EQ(configuredIn(run.dump("confirmed.json")), use.confirmed);
+            EXPECT_EQ(storedAfter(run, network), storedBy(use));
             const nlohmann::json closed = run.dump("closed.json");
-            EXPECT_EQ(popupsIn(closed), Texts{}) << what;
-            EXPECT_EQ(focusIn(closed), "Cancel") << what;
-            EXPECT_EQ(panelIn(closed), kBlankPanel) << what;
+            EXPECT_EQ(popupsIn(closed), Texts{});
+            EXPECT_EQ(focusIn(closed), "Cancel");
+            EXPECT_EQ(panelIn(closed), kBlankPanel);
         }
+    }
+}
+
+TEST(Settings, FollowTheUserAndAreStoredThoughTheNetworkRefusesThem) {
+    const HostRun run(onSettings(kWiredCase, {},
+                                 std::string("network fault connection_update_profile OPERATION_FAILED always\n") +
+                                     kToManual + "dump manual.json\nclick \"OK\"\nwait 0.2\nquit\n"));
+    ASSERT_TRUE(run.succeeded()) << run;
+    EXPECT_EQ(enabledIn(run.dump("manual.json")), "111101");
+    EXPECT_EQ(storedAfter(run, kWiredCase)[0], kManual);
+}
+
+TEST(Settings, SeedTheirOwnKeysOnly) {
+    for (const auto& [opened, other] : {std::pair{kWiredCase, kWirelessCase}, {kWirelessCase, kWiredCase}}) {
+        HostSetup setup = onNetwork(opened.scenario, kToVerdict);
+        for (const SettingsCase& network : kBothCases) {
+            for (const char* name : kKeyNames)
+                setup.script += "set-store " + keyOf(network, name) + " \"NULL\"\n";
+        }
+        setup.script += std::string(kOpenSettings) + "quit\n";
+        const HostRun run(setup);
+        ASSERT_TRUE(run.succeeded()) << run;
+        EXPECT_EQ(storedAfter(run, opened), (Texts{kAuto, kAuto, "::", "0", "::", "::"})) << opened.type;
+        EXPECT_EQ(storedAfter(run, other), Texts(6, "NULL")) << opened.type;
+    }
+}
+
+TEST(Settings, TheFocusSkipsRowsThatCannotBeSelected) {
+    const std::pair<Stored, const char*> cases[] = {
+        {{},
+         "Left IP settings Obtain automatically|Right IP settings Obtain automatically|"
+         "Down DNS settings Obtain automatically|Down OK|Right Cancel|Right OK|Left Cancel|"
+         "Up DNS settings Obtain automatically|Up IP settings Obtain automatically|Up OK|"
+         "Down IP settings Obtain automatically"},
+        {{kManual, kManual},
+         "Down IP address 2001:db8:9::9|Down Prefix length 56|Down Gateway 2001:db8:9::1|"
+         "Down DNS server 2001:db8:9::53|Up Gateway 2001:db8:9::1|Down DNS server 2001:db8:9::53|Down OK|"
+         "Up DNS server 2001:db8:9::53|Down OK|Left Cancel|Down IP settings Enter manually"},
+    };
+    for (const auto& [stored, steps] : cases) {
+        const HostRun run(onSettings(kWiredCase, stored, walk(steps) + "quit\n"));
+        EXPECT_TRUE(run.succeeded()) << run;
     }
 }
 
@@ -242,83 +138,24 @@ TEST(Settings, ANewAddressIsShownWhileTheModeIsAutomatic) {
                  {{kAuto, kManual}, "2001:db8:7::7", "2001:db8:9::53"},
                  {{kManual, kManual}, "2001:db8:9::9", "2001:db8:9::53"}};
     for (const auto& [stored, address, server] : cases) {
-        const HostRun run(onSettings(kWiredCase, stored, R"(
-            network dns 2001:db8:7::53
-            network address 2001:db8:7::7/48
-            wait 0.1
-            dump changed.json
-            key XF86Back
-            wait 0.1
-            network address 2001:db8:6::6/48
-            wait 1
-            quit
-        )"));
+        const HostRun run(onSettings(
+            kWiredCase, stored,
+            "network dns 2001:db8:7::53\nnetwork address 2001:db8:7::7/48\nwait 0.1\nexpect focus \"IP settings\"\n"
+            "dump changed.json\nkey XF86Back\nwait 0.1\nnetwork address 2001:db8:6::6/48\nwait 1\nquit\n"));
         ASSERT_TRUE(run.succeeded()) << run;
-        const nlohmann::json changed = run.dump("changed.json");
-        EXPECT_EQ(valuesIn(changed)[1], address);
-        EXPECT_EQ(valuesIn(changed)[5], server);
-        EXPECT_EQ(focusedRowIn(changed), "IP settings");
+        EXPECT_EQ(valuesIn(run.dump("changed.json"))[1], address);
+        EXPECT_EQ(valuesIn(run.dump("changed.json"))[5], server);
     }
 }
 
 TEST(Settings, RefuseAWirelessNetworkWithoutAName) {
     // The status screen stays empty then, and still closes by key.
-    HostSetup setup = onSettings(kWirelessCase, {}, "dump refused.json\nkey XF86Back\nexpect closed within 1\n");
-    setup.script =
-        "expect \"IPv6 settings\" within 20\nnetwork wifi lose\nset-store db/menu/network/ap_name \"NULL\"\n"
-        "key Right\nkey Return\nwait 0.3\ndump refused.json\nkey XF86Back\nexpect closed within 1\n";
-    const HostRun run(setup);
-    ASSERT_TRUE(run.succeeded()) << run;
-    EXPECT_EQ(popupsIn(run.dump("refused.json")), Texts{});
-    EXPECT_NE(focusIn(run.dump("refused.json")), "nobody");
-}
-
-const char* const kCalls[] = {
-    "connection_set_ip_address_changed_cb",
-    "connection_unset_ip_address_changed_cb",
-    "connection_get_profile_iterator",
-    "connection_profile_iterator_next",
-    "connection_profile_get_type",
-    "connection_profile_get_state",
-    "connection_get_mac_address",
-    "connection_profile_get_ip_address",
-    "connection_profile_get_prefix_length",
-    "connection_profile_get_gateway_address",
-    "connection_profile_get_dns_address",
-    "connection_profile_set_ip_config_type",
-    "connection_profile_set_dns_config_type",
-    "connection_profile_set_ip_address",
-    "connection_profile_set_prefix_length",
-    "connection_profile_set_gateway_address",
-    "connection_profile_set_dns_address",
-    "connection_update_profile",
-};
-
-TEST(Settings, EveryCallMayFail) {
-    for (const char* call : kCalls) {
-        const HostRun run(onSettings(kWiredCase, {},
-                                     "network fault " + std::string(call) + " OPERATION_FAILED always\n" + kToManual +
-                                         kToAutomatic + kToManual + R"(
-                                         dump manual.json
-                                         click "OK"
-                                         wait 0.2
-                                         expect "Cancel"
-                                         network no-faults
-                                         key Return
-                                         wait 0.2
-                                         key Left
-                                         key Left
-                                         key Return
-                                         wait 0.2
-                                         key XF86Back
-                                         wait 0.2
-                                         key XF86Back
-                                         expect closed within 1
-                                     )"));
-        ASSERT_TRUE(run.succeeded()) << call << '\n' << run;
-        EXPECT_EQ(enabledIn(run.dump("manual.json")), "111101") << call << ": the screen follows the user";
-        EXPECT_EQ(storedAfter(run, kWiredCase)[0], kManual) << call << ": the store is written all the same";
-    }
+    const HostRun run(onNetwork(
+        "wifi-success",
+        kToVerdict + ("network wifi lose\nset-store db/menu/network/ap_name \"NULL\"\n" + std::string(kOpenSettings)) +
+            "expect-gone \"IP settings\"\nexpect sane\nkey XF86Back\n"
+            "expect closed within 1\n"));
+    EXPECT_TRUE(run.succeeded()) << run;
 }
 
 }  // namespace

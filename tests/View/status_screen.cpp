@@ -1,6 +1,9 @@
 #include "status_screen.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <ranges>
 
 namespace {
 
@@ -15,8 +18,34 @@ std::string scenario(const std::string& name) {
     return SCENARIO_FOLDER + name + ".json";
 }
 
-std::string frame(int number) {
-    return "network_popup_connect_" + std::to_string(number) + ".png";
+bool isWireless(const std::string& network) {
+    return network.starts_with("wifi");
+}
+
+HostSetup onNetwork(const std::string& network, const std::string& script) {
+    return {.network = network.starts_with("{") ? network : scenario(network),
+            .store = {{"db/menu/network/network_type", isWireless(network) ? "Wireless" : "Wired"}},
+            .script = script};
+}
+
+std::string checking(const std::string& network) {
+    return std::string("Checking the ") + (isWireless(network) ? "wireless" : "wired") + " network connection…";
+}
+
+std::string ready(const std::string& network) {
+    return std::string("Your ") + (isWireless(network) ? "wireless" : "wired") +
+           " network and the internet are ready to use.";
+}
+
+std::string failed(const std::string& network) {
+    return isWireless(network) ? "Wireless network connection failed." : "Wired network connection failed.";
+}
+
+nlohmann::json endOf(HostSetup setup) {
+    setup.script += "dump end.json\nquit\n";
+    const HostRun run(setup);
+    EXPECT_TRUE(run.succeeded()) << setup.network << '\n' << run;
+    return run.dump("end.json");
 }
 
 std::string textIn(const nlohmann::json& dump, const std::string& part) {
@@ -49,10 +78,19 @@ std::vector<std::string> panelIn(const nlohmann::json& dump) {
     return values;
 }
 
-std::string dumpTicks(int count) {
-    std::string script = "wait 0.01\n";
-    for (int tick = 1; tick <= count; ++tick) {
-        script += "wait 0.5\ndump tick" + std::to_string(tick) + ".json\n";
+Texts listed(std::string_view text) {
+    Texts all;
+    for (const auto part : std::views::split(text, '|'))
+        all.emplace_back(part.begin(), part.end());
+    return all;
+}
+
+std::string walk(std::string_view steps) {
+    std::string script;
+    for (const std::string& step : listed(steps)) {
+        const std::size_t blank = step.find(' ');
+        script +=
+            "key " + step.substr(0, blank) + "\nwait 0.1\nexpect focus exactly \"" + step.substr(blank + 1) + "\"\n";
     }
     return script;
 }

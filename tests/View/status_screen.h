@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host_run.h"
@@ -13,32 +14,35 @@ inline constexpr const char* kVerdictPart = "PartMain:elm.swallow.status_unset";
 inline constexpr const char* kErrorMarkPart = "PartMain:elm.swallow.status_fail";
 inline constexpr const char* kMessagePart = "PartMain:connection_msg_block";
 inline constexpr const char* kAdvicePart = "PartMain:suggestioneline2";
+// The wireless network's name and signal, while all is well and beside a failure.
+inline constexpr const char* kNamePart = "PartMain:elm.text.SSID";
+inline constexpr const char* kVerdictNamePart = "PartMain:elm.text.SSID_unset";
+inline constexpr const char* kSignalPart = "PartMain:elm.swallow.signal_strength";
+inline constexpr const char* kVerdictSignalPart = "PartMain:elm.swallow.signal_strength_unset";
 
 inline constexpr const char* kNoGatewayPicture = "network_popup_connect_0.png";
 inline constexpr const char* kNoInternetPicture = "network_connect_3.png";
-inline constexpr const char* kNoCablePicture = "network_connect_0.png";
-inline constexpr const char* kErrorMark = "wizard_popup_connect_error.png";
-// Frame number `number` of the running check.
-std::string frame(int number);
+inline constexpr const char* kSignalPicture = "obe_icon_wifi_lock_5.png";
+inline constexpr const char* kName = "Maple Street 12";
 
 using Texts = std::vector<std::string>;
 inline const Texts kFullRow{"IPv6 settings", "Retry", "Close"};
-inline const Texts kRowWithoutSettings{"Retry", "Close"};
 inline const Texts kBlankPanel(5, "");
 
-inline constexpr const char* kNoInternetAdvice =
-    "The TV is connected to the router, but the internet cannot be reached over IPv6. Restart the router or contact "
-    "your internet service provider.";
-inline constexpr const char* kMacAdvice =
-    "The TV's network adapter has no valid MAC address. Contact customer service.";
-
-inline constexpr const char* kChecking = "Checking the wired network connection…";
-inline constexpr const char* kReady = "Your wired network and the internet are ready to use.";
-inline constexpr const char* kFailed = "Wired network connection failed.";
 inline constexpr const char* kCancelled = "Connection check cancelled.";
+inline constexpr const char* kToVerdict = "expect exactly \"Close\" within 20\nwait 0.1\n";
 
-// The path of a shipped scenario.
+// A shipped scenario's path; and a run on it or on a scenario as JSON. A name that begins with "wifi" is a wireless
+// one.
 std::string scenario(const std::string& name);
+bool isWireless(const std::string& network);
+HostSetup onNetwork(const std::string& network, const std::string& script);
+std::string checking(const std::string& network);
+std::string ready(const std::string& network);
+std::string failed(const std::string& network);
+
+// Plays the script, which must succeed, and reads what the screen shows at its end.
+nlohmann::json endOf(HostSetup setup);
 
 // What stands in a part; empty when the part shows nothing.
 std::string textIn(const nlohmann::json& dump, const std::string& part);
@@ -49,5 +53,7 @@ std::vector<std::string> buttonsIn(const nlohmann::json& dump);
 // MAC, address, prefix length, gateway and DNS as the panel shows them.
 std::vector<std::string> panelIn(const nlohmann::json& dump);
 
-// Script lines that dump the screen after each of so many half-second ticks, as tick1.json and so on.
-std::string dumpTicks(int count);
+// The texts between bars.
+Texts listed(std::string_view text);
+// Script lines of steps such as "Left Retry|Left Close": presses the key, and the focus must then be on that label.
+std::string walk(std::string_view steps);

@@ -1,18 +1,14 @@
 // The settings store after the gadget has opened: missing keys and "NULL" get their defaults, all else is kept.
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 
 #include "status_screen.h"
 
 namespace {
 
-struct Seed {
-    const char* key;
-    const char* value;
-};
-
-constexpr Seed kSeeds[] = {
+constexpr const char* kSeeds[][2] = {
     {"wireless_ip_mode_V6", "COM_OBTAIN_AUTOMATICALLY"},
     {"wireless_dns_mode_V6", "COM_OBTAIN_AUTOMATICALLY"},
     {"wireless_ip_V6", "::"},
@@ -31,36 +27,23 @@ constexpr Seed kSeeds[] = {
     {"ap_pass", "73019462"},
 };
 
-std::string keyOf(const Seed& seed) {
-    return std::string("db/menu/network/") + seed.key;
+std::string keyOf(const std::string& name) {
+    return "db/menu/network/" + name;
 }
 
-TEST(StoreSeeding, FillsMissingAndNullKeys) {
-    for (const bool null : {false, true}) {
+TEST(StoreSeeding, FillsWhatIsMissingOrNullAndKeepsWhatIsThere) {
+    for (const std::optional<std::string>& before : {std::optional<std::string>(), {"NULL"}, {""}, {"kept"}}) {
+        const bool seeded = !before || *before == "NULL";
+        // The network type stays wired so that a whole check runs over what is kept.
+        const auto isKept = [seeded](const std::string& key) { return !seeded && key != "network_type"; };
         HostSetup setup{.script = "wait 5\nquit\n"};
-        for (const Seed& seed : kSeeds) {
-            if (null) setup.store.emplace_back(keyOf(seed), "NULL");
+        for (const auto& [key, value] : kSeeds) {
+            if (before && (seeded || isKept(key))) setup.store.emplace_back(keyOf(key), *before);
         }
         const HostRun run(setup);
         ASSERT_TRUE(run.succeeded()) << run;
-        for (const Seed& seed : kSeeds)
-            EXPECT_EQ(run.storedText(keyOf(seed)), seed.value) << seed.key;
-    }
-}
-
-TEST(StoreSeeding, KeepsWhatIsThere) {
-    // An empty text is a value; so is any other. The network type stays wired so that a whole check runs over them.
-    for (const std::string value : {"", "kept"}) {
-        HostSetup setup{.script = "wait 5\nquit\n"};
-        for (const Seed& seed : kSeeds) {
-            setup.store.emplace_back(keyOf(seed), std::string(seed.key) == "network_type" ? "Wired" : value);
-        }
-        const HostRun run(setup);
-        ASSERT_TRUE(run.succeeded()) << run;
-        for (const Seed& seed : kSeeds) {
-            const std::string kept = std::string(seed.key) == "network_type" ? "Wired" : value;
-            EXPECT_EQ(run.storedText(keyOf(seed)), kept) << seed.key;
-        }
+        for (const auto& [key, value] : kSeeds)
+            EXPECT_EQ(run.storedText(keyOf(key)), isKept(key) ? *before : value) << key;
     }
 }
 

@@ -1,9 +1,14 @@
-// The keyboard's functions called directly, on a canvas in memory: what no script can bring about.
+// What no script can bring about: the module's entry points and the keyboard's functions called directly, on a canvas
+// in memory.
 #include <Elementary.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <vector>
 
+#include "Common/Common_Function.h"
 #include "View/Custom_IPv6_Keyboard.h"
 #include "View/IPSingleton.h"
 #include "View/Keyboard_Entry.h"
@@ -14,13 +19,62 @@
 #include "View/Keyboard_Popups.h"
 #include "View/Keyboard_Remote.h"
 #include "View/NS_Main.h"
+#include "gadget_host.h"
 
 namespace {
 
-// The toolkit once for all tests, with a popup to put the keyboard on.
-class Toolkit : public testing::Environment {
-  public:
-    void SetUp() override {
+int mark;
+const auto kHandle = reinterpret_cast<ug_handle>(&mark);
+
+TEST(Entry, FillsTheSevenCallbacksAndNothingElse) {
+    EXPECT_EQ(UG_MODULE_INIT(nullptr), -1);
+    ug_operations operations{};
+    operations.option = 7;
+    operations.reserved[0] = &mark;
+    ASSERT_EQ(UG_MODULE_INIT(&operations), 0);
+    EXPECT_TRUE(operations.create && operations.start && operations.pause && operations.resume && operations.destroy &&
+                operations.message && operations.event);
+    EXPECT_EQ(operations.key_event, nullptr);
+    EXPECT_EQ(operations.reserved[0], &mark);
+    EXPECT_EQ(operations.priv, createNetworkStatus());
+    EXPECT_EQ(operations.option, 0);
+    UG_MODULE_EXIT(nullptr);
+    EXPECT_EQ(createNetworkStatus(), operations.priv) << "an exit without a table releases nothing";
+    UG_MODULE_EXIT(&operations);
+    UG_MODULE_EXIT(&operations);
+}
+
+TEST(Entry, CallbacksTolerateMissingArguments) {
+    ug_operations operations{};
+    ASSERT_EQ(UG_MODULE_INIT(&operations), 0);
+    EXPECT_EQ(operations.create(nullptr, 0, nullptr, operations.priv), nullptr);
+    EXPECT_EQ(operations.create(kHandle, 0, nullptr, nullptr), nullptr);
+    EXPECT_EQ(operations.create(kHandle, 0, nullptr, operations.priv), nullptr) << "there is no window";
+    EXPECT_EQ(createNetworkStatus()->popup, nullptr);
+    for (void* priv : {operations.priv, static_cast<void*>(nullptr)}) {
+        for (const auto callback : {operations.start, operations.pause, operations.resume})
+            callback(nullptr, nullptr, priv);
+        operations.message(nullptr, nullptr, nullptr, priv);
+        operations.event(nullptr, 0, nullptr, priv);
+        operations.destroy(priv ? nullptr : kHandle, nullptr, priv);
+    }
+    operations.destroy(kHandle, nullptr, operations.priv);
+    EXPECT_EQ(createNetworkStatus(), operations.priv) << "without a layout there is nothing to release";
+    UG_MODULE_EXIT(&operations);
+}
+
+int results;
+const char* lastResult;
+
+void noteResult(const char* text) {
+    ++results;
+    lastResult = text;
+}
+
+// The toolkit, a popup to put the keyboard on, and the keyboard.
+class KeyboardCalls : public testing::Test {
+  protected:
+    static void SetUpTestSuite() {
         for (const char* name : {"ELM_DISPLAY", "ELM_ENGINE"})
             setenv(name, "buffer", 1);
         ecore_app_no_system_modules();
@@ -34,35 +88,12 @@ class Toolkit : public testing::Environment {
         parent = elm_popup_add(window);
         elm_object_style_set(parent, "C_PopupBasic_WhiteBottomLarge");
     }
-    void TearDown() override { elm_shutdown(); }
+    static void TearDownTestSuite() { elm_shutdown(); }
 
-    static inline Evas_Object* parent = nullptr;
-};
-const auto* const kToolkit = testing::AddGlobalTestEnvironment(new Toolkit);
-
-int results = 0;
-std::string lastResult;
-
-void noteResult(const char* text) {
-    ++results;
-    lastResult = text ? text : "(discarded)";
-}
-
-// Draws, too: a pointer finds only what has its place.
-void turnLoop() {
-    Ecore_Evas* const screen = ecore_evas_ecore_evas_get(evas_object_evas_get(Toolkit::parent));
-    for (int turn = 0; turn < 20; ++turn) {
-        ecore_main_loop_iterate();
-        ecore_evas_manual_render(screen);
-    }
-}
-
-class KeyboardCalls : public testing::Test {
-  protected:
     void SetUp() override {
         results = 0;
         ipDataSettingChangeValObject()->onResult = noteResult;
-        IME_Password_Main(Toolkit::parent, "Gateway", "fe80::1");
+        IME_Password_Main(parent, "Gateway", "fe80::1");
         ASSERT_TRUE(isKeyboardOpen());
         keyboard = getCustKeyBoard();
     }
@@ -71,11 +102,49 @@ class KeyboardCalls : public testing::Test {
         delIPDataSettingChangeVal();
         turnLoop();
     }
+    // Draws, too: a pointer finds only what has its place.
+    static void turnLoop() {
+        Ecore_Evas* const screen = ecore_evas_ecore_evas_get(evas_object_evas_get(parent));
+        for (int turn = 0; turn < 20; ++turn) {
+            ecore_main_loop_iterate();
+            ecore_evas_manual_render(screen);
+        }
+    }
     void click(int key) const { evas_object_smart_callback_call(keyboard->mV6_buttons[key], "clicked", nullptr); }
     std::string text() const { return entryText(keyboard->en); }
+    int shade() const {
+        int red = 0;
+        evas_object_color_get(keyboard->popup, &red, nullptr, nullptr, nullptr);
+        return red;
+    }
 
+    static inline Evas_Object* parent = nullptr;
     custKeyboard* keyboard = nullptr;
 };
+
+TEST_F(KeyboardCalls, ArrowsGoToTheNeighbours) {
+    const std::vector<std::vector<int>> grid{
+        {kKey1, kKey2, kKey3, kKey4, kKey5, kKey6, kKey7, kKey8, kKey9, kKey0, kKeyBackspace},
+        {kKeyA, kKeyB, kKeyC, kKeyD, kKeyE, kKeyF, kKeyColon, kKeyLeft, kKeyRight, kKeyDeleteAll},
+        {kKeyDone, kKeyCancel}};
+    for (std::size_t row = 0; row < grid.size(); ++row) {
+        const std::vector<int>& keys = grid[row];
+        for (std::size_t column = 0; column < keys.size(); ++column) {
+            const std::array ups{keys[column], grid[0][column == 9 ? 10 : column], column == 0 ? +kKeyD : +kKeyRight};
+            const std::array downs{grid[1][std::min<std::size_t>(column, 9)], +kKeyDone, keys[column]};
+            const std::pair<Elm_Focus_Direction, int> ways[] = {
+                {ELM_FOCUS_LEFT, keys[(column + keys.size() - 1) % keys.size()]},
+                {ELM_FOCUS_RIGHT, keys[(column + 1) % keys.size()]},
+                {ELM_FOCUS_UP, ups[row]},
+                {ELM_FOCUS_DOWN, downs[row]}};
+            for (const auto& [direction, neighbour] : ways) {
+                EXPECT_EQ(elm_object_focus_next_object_get(keyboard->mV6_buttons[keys[column]], direction),
+                          keyboard->mV6_buttons[neighbour])
+                    << "row " << row << ", column " << column << ", direction " << direction;
+            }
+        }
+    }
+}
 
 TEST_F(KeyboardCalls, AnUnusedKeyboardClosesAtTheSecondTick) {
     resetFlag();
@@ -92,7 +161,7 @@ TEST_F(KeyboardCalls, AnUnusedKeyboardClosesAtTheSecondTick) {
 }
 
 TEST_F(KeyboardCalls, SwitchingIsTheSameHoweverOften) {
-    for (const int times : {1, 2, 3}) {
+    for (const int times : {1, 3}) {
         for (int i = 0; i < times; ++i)
             EXPECT_EQ(ipv6_keyboard_mouse_focus_enable_disable(keyboard, false), 0);
         click(kKey7);
@@ -107,7 +176,7 @@ TEST_F(KeyboardCalls, SwitchingIsTheSameHoweverOften) {
     EXPECT_EQ(results, 0);
     click(kKeyDone);
     EXPECT_EQ(results, 1);
-    EXPECT_EQ(lastResult, "fe80::1");
+    EXPECT_STREQ(lastResult, "fe80::1");
 }
 
 TEST_F(KeyboardCalls, OnlyOneSmallPopupAtATime) {
@@ -115,7 +184,6 @@ TEST_F(KeyboardCalls, OnlyOneSmallPopupAtATime) {
     Evas_Object* const message = keyboard->popupMessage;
     ASSERT_NE(message, nullptr);
     showPopup(keyboard, "title", "another");
-    click(kKeyCancel);
     _discard_button_cb(keyboard, keyboard->popup, nullptr);
     EXPECT_EQ(keyboard->popupMessage, message);
     EXPECT_EQ(keyboard->cancelPopupMsg, nullptr);
@@ -125,12 +193,9 @@ TEST_F(KeyboardCalls, OnlyOneSmallPopupAtATime) {
     _discard_button_cb(keyboard, keyboard->popup, nullptr);
     showPopup(keyboard, "title", "message");
     EXPECT_EQ(keyboard->popupMessage, nullptr);
-    int shade = 0;
-    evas_object_color_get(keyboard->popup, &shade, nullptr, nullptr, nullptr);
-    EXPECT_EQ(shade, 164);
+    EXPECT_EQ(shade(), 164);
     _discard_cancleBtn_cb(keyboard, nullptr, nullptr);
-    evas_object_color_get(keyboard->popup, &shade, nullptr, nullptr, nullptr);
-    EXPECT_EQ(shade, 255);
+    EXPECT_EQ(shade(), 255);
 }
 
 // Presses the left button on a widget twice before the main loop sees either.
@@ -156,19 +221,18 @@ TEST_F(KeyboardCalls, TheClickThatClosesMayArriveTwice) {
     turnLoop();
     EXPECT_EQ(results, 1);
     EXPECT_FALSE(isKeyboardOpen());
-
-    IME_Password_Main(Toolkit::parent, "Gateway", "fe80::2");
+    IME_Password_Main(parent, "Gateway", "fe80::2");
     keyboard = getCustKeyBoard();
     _discard_button_cb(keyboard, keyboard->popup, nullptr);
     turnLoop();
     clickTwice(elm_object_part_content_get(keyboard->cancelPopupMsg, "button1"));
     turnLoop();
     EXPECT_EQ(results, 2);
-    EXPECT_EQ(lastResult, "(discarded)");
+    EXPECT_EQ(lastResult, nullptr) << "discarded";
 }
 
 TEST_F(KeyboardCalls, OpeningAnewReplacesTheOpenOne) {
-    IME_Password_Main(Toolkit::parent, "no such row", nullptr);
+    IME_Password_Main(parent, "no such row", nullptr);
     ASSERT_TRUE(isKeyboardOpen());
     keyboard = getCustKeyBoard();
     EXPECT_EQ(text(), "");
@@ -178,12 +242,10 @@ TEST_F(KeyboardCalls, OpeningAnewReplacesTheOpenOne) {
 
 TEST_F(KeyboardCalls, IncompleteCallsChangeNothing) {
     Evas_Object* const button = keyboard->mV6_buttons[kKeyBackspace];
-    for (const auto handler : {back_Btn_cb, deleteAll_Btn_cb, cursorLeft_cb, cursorRight_cb}) {
+    for (const auto handler : {back_Btn_cb, deleteAll_Btn_cb, cursorLeft_cb, cursorRight_cb, appendString_cb}) {
         handler(nullptr, button, nullptr);
         handler(keyboard, nullptr, nullptr);
     }
-    appendString_cb(nullptr, button, nullptr);
-    appendString_cb(keyboard, nullptr, nullptr);
     Evas_Event_Key_Down nameless{};
     ProcessRemoteKeysOnPopup(keyboard, nullptr, keyboard->popup, nullptr);
     ProcessRemoteKeysOnPopup(keyboard, nullptr, keyboard->popup, &nameless);
@@ -192,9 +254,8 @@ TEST_F(KeyboardCalls, IncompleteCallsChangeNothing) {
     showPopup(keyboard, nullptr, "message");
     showPopup(keyboard, "title", nullptr);
     _discard_button_cb(keyboard, nullptr, nullptr);
-    _discard_button_cb(nullptr, button, nullptr);
-    _discard_cancleBtn_cb(nullptr, nullptr, nullptr);
-    _response_cb(nullptr, nullptr, nullptr);
+    for (const auto handler : {_discard_button_cb, _discard_cancleBtn_cb, _response_cb})
+        handler(nullptr, button, nullptr);
     for (const auto call : {custKeyboardInit, custKeyboardDeInit, create_IPv6_keyboard_buttons, populate_FocusHandler,
                             set_Single_focus_chain, set_focus_chain_KeyBoardButtons}) {
         call(nullptr);
