@@ -1,16 +1,17 @@
-// What no script can bring about: the module's entry points and the keyboard's functions called directly, on a canvas
-// in memory.
+// What no script can bring about: the module's entry points, and the keyboard's functions on a canvas in memory.
 #include <Elementary.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "Common/Common_Function.h"
 #include "View/Custom_IPv6_Keyboard.h"
 #include "View/IPSingleton.h"
+#include "View/Keyboard_Editing.h"
 #include "View/Keyboard_Entry.h"
 #include "View/Keyboard_Focus.h"
 #include "View/Keyboard_Handlers.h"
@@ -61,6 +62,39 @@ TEST(Entry, CallbacksTolerateMissingArguments) {
     operations.destroy(kHandle, nullptr, operations.priv);
     EXPECT_EQ(createNetworkStatus(), operations.priv) << "without a layout there is nothing to release";
     UG_MODULE_EXIT(&operations);
+}
+
+TEST(KeyboardEditing, KeysInsertOrDeleteAtTheCursor) {
+    constexpr char kBackspace = '\b';
+    const std::string sevenGroups = "2001:0db8:0000:0000:0000:0000:0000:";
+    const struct {
+        std::string text;
+        int cursor;
+        char key;
+        EditedText expected;
+    } steps[] = {
+        {"200", 3, '1', {"2001:", 5}},
+        {"201", 2, '0', {"2001", 3}},  // inside the text no colon comes along
+        {"fe8", 3, ':', {"fe8:", 4}},
+        {"12345", 5, '6', {"123456:", 7}},
+        {"2001:0db8:0000:0000:0000:0000:000", 33, '0', {sevenGroups, 35}},
+        {sevenGroups + "00a", 38, 'b', {sevenGroups + "00ab", 39}},
+        {"12345:0db8:0000:0000:0000:0000:0000", 35, 'a', {"12345:0db8:0000:0000:0000:0000:0000a", 36}},
+        {sevenGroups + "00ab", 3, '1', {sevenGroups + "00ab", 3}},
+        {"2001:0db8", 3, kBackspace, {"201:0db8", 2}},
+        {"2001", 0, kBackspace, {"2001", 0}},
+        // Characters of several bytes, which a store may hold; and a cursor outside the text.
+        {"é", 1, 'b', {"éb", 2}},
+        {"aéb", 2, kBackspace, {"ab", 1}},
+        {"20", -5, '1', {"120", 1}},
+        {"20", 99, '1', {"201", 3}},
+        {"20", -1, kBackspace, {"20", 0}},
+        {"20", 99, kBackspace, {"2", 1}},
+    };
+    for (const auto& [text, cursor, key, expected] : steps) {
+        EXPECT_EQ(key == kBackspace ? deleteBeforeCursor(text, cursor) : insertCharacter(text, cursor, key), expected)
+            << text << " at " << cursor;
+    }
 }
 
 int results;
@@ -158,25 +192,6 @@ TEST_F(KeyboardCalls, AnUnusedKeyboardClosesAtTheSecondTick) {
     EXPECT_EQ(results, 0) << "nobody is told";
     custKeyboard unbuilt{};
     EXPECT_EQ(Timer(&unbuilt), ECORE_CALLBACK_RENEW);
-}
-
-TEST_F(KeyboardCalls, SwitchingIsTheSameHoweverOften) {
-    for (const int times : {1, 3}) {
-        for (int i = 0; i < times; ++i)
-            EXPECT_EQ(ipv6_keyboard_mouse_focus_enable_disable(keyboard, false), 0);
-        click(kKey7);
-        click(kKeyDone);
-        EXPECT_EQ(text(), "fe80::1") << "switched off " << times;
-        for (int i = 0; i < times; ++i)
-            EXPECT_EQ(ipv6_keyboard_mouse_focus_enable_disable(keyboard, true), 0);
-        click(kKey7);
-        EXPECT_EQ(text(), "fe80::17") << "switched on " << times;
-        click(kKeyBackspace);
-    }
-    EXPECT_EQ(results, 0);
-    click(kKeyDone);
-    EXPECT_EQ(results, 1);
-    EXPECT_STREQ(lastResult, "fe80::1");
 }
 
 TEST_F(KeyboardCalls, OnlyOneSmallPopupAtATime) {

@@ -62,16 +62,4 @@ TEST(SettingsRevert, LeavesTheNetworkAloneWhereTheStoreHoldsNoConfiguration) {
     }
 }
 
-TEST(SettingsRevert, TheScreenMayBeOpenedAndLeftAgainAndAgain) {
-    std::string script;
-    for (int i = 0; i < 5; ++i) {
-        script += i % 2 == 0 ? std::string(kToManual) + "click \"OK\"\n" : std::string(kToAutomatic) + "key XF86Back\n";
-        script += std::string("expect \"network and the internet are ready\" within 20\nwait 0.1\n") + kOpenSettings;
-    }
-    const HostRun run(
-        onSettings(kWiredCase, {},
-                   script + "expect focus exactly \"IP settings Enter manually\"\nkey Menu\nexpect closed within 1\n"));
-    EXPECT_TRUE(run.succeeded()) << run;
-}
-
 }  // namespace

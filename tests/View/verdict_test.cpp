@@ -67,6 +67,8 @@ const Verdict kVerdicts[] = {
     {"internet-down", kNoInternetAdvice, kNoInternetPicture, "", wired()},
     {"gateway-down", kWiredFailed, kNoGatewayPicture, kErrorMark, wired()},
     {"wifi-success", kReadyAdvice, "", "", kBlankPanel},
+    {"wifi-apartment-block", kReadyAdvice, "", "", kBlankPanel},
+    {"wifi-hidden", kReadyAdvice, "", "", kBlankPanel},
     {"wifi-gateway-down", kRouterAdvice, kNoGatewayPicture, kErrorMark, wireless()},
     {"wifi-internet-down", kNoInternetAdvice, kNoInternetPicture, "", wireless()},
     {"wifi-no-address", kRouterAdvice, kNoGatewayPicture, kErrorMark, with(nothing(kAirMac), 3, "fe80::1")},

@@ -1,4 +1,4 @@
-// What only a wireless check has: the reconnection, the network's name and its signal.
+// What only a wireless check has: the reconnection, and the network's signal.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -58,27 +58,6 @@ TEST(WirelessReconnection, NeedsANameAndAPassphrase) {
                                            kCancelled + "\" within 1\nkey XF86Back\nexpect closed within 1\n"));
         ASSERT_TRUE(run.succeeded()) << run.transcript();
         EXPECT_NE(run.errors().find(std::string(key) + " is NULL"), std::string::npos);
-    }
-}
-
-TEST(WirelessName, IsShownAsItIsAndCutAt254Bytes) {
-    const std::string network = R"({"description": "one network", "interfaces": [], "profiles": [],
-      "wifi": {"mac": "02:00:5E:20:00:AA", "accessPoints": [{"essid": "NAME", "rssi": -50, "security": "none",
-      "connected": true}]},
-      "gateway": {"result": "NONE"}, "internet": {"result": "NONE"}})";
-    std::string raw;
-    for (int character = 1; character <= 32; ++character)
-        raw += "\uFFFD";
-    const std::string names[][2] = {{"wifi-markup-name", "<b>&amp;\"'</b>📺"},
-                                    {"wifi-raw-name", raw},
-                                    {"wifi-apartment-block", kName},
-                                    {"wifi-hidden", kName},
-                                    {network, std::string(3000, 'n')}};
-    for (const auto& [given, name] : names) {
-        HostSetup setup = onNetwork(given, "wait 0.2\n");
-        if (given == network) setup.network.replace(network.find("NAME"), 4, name);
-        setup.store = {{"db/menu/network/network_type", "Wireless"}};
-        EXPECT_EQ(textIn(endOf(setup), kNamePart), name.substr(0, 254)) << given;
     }
 }
 
