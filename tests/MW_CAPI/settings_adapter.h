@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -12,7 +11,6 @@
 #include "MW_CAPI/MWCapiWifi.h"
 #include "MW_CAPI/MWCapiWired.h"
 #include "View/IPSingleton.h"
-#include "log/log.h"
 #include "main_loop.h"
 #include "network/network.h"
 #include "temporary_scenario.h"
@@ -39,28 +37,6 @@ class SettingsAdapter : public testing::Test {
     static void say(const Words& words) { ASSERT_EQ(network::command(words), ""); }
     static void fail(const std::string& call, const char* times = "always") {
         say({"fault", call, "OPERATION_FAILED", times});
-    }
-    // What the log says of an operation, and of what is due after it.
-    template <typename Operation>
-    static std::string logOf(Operation operation) {
-        std::string message;
-        EXPECT_TRUE(logging::setLevel("debug", message)) << message;
-        testing::internal::CaptureStderr();
-        operation();
-        MainLoop::settle();
-        EXPECT_TRUE(logging::setLevel("warning", message)) << message;
-        return testing::internal::GetCapturedStderr();
-    }
-    // The refusals among it that the settings screen's adapters report.
-    template <typename Operation>
-    static Words refusals(Operation operation) {
-        std::istringstream log(logOf(operation));
-        Words lines;
-        for (std::string line; std::getline(log, line);) {
-            const bool isRefusal = line.find("MWCapiW") != line.npos && line.find("ail") != line.npos;
-            if (isRefusal) lines.push_back(line.substr(line.find("] ") + 2));
-        }
-        return lines;
     }
     // MAC, address, prefix length, gateway and DNS server as they were read.
     Words read() const {

@@ -27,6 +27,18 @@ inline std::string take(char* text) {
     return copy;
 }
 
+// What a getter gives for a handle and further arguments: a text, empty when it fails, or a number, -1 when it fails.
+template <typename Getter, typename... Arguments>
+std::string text(Getter getter, Arguments... arguments) {
+    char* given = nullptr;
+    return getter(arguments..., &given) == 0 ? take(given) : "";
+}
+template <typename Number, typename Getter, typename... Arguments>
+int number(Getter getter, Arguments... arguments) {
+    Number given{};
+    return getter(arguments..., &given) == 0 ? given : -1;
+}
+
 inline bool isAddress(const std::string& text) {
     in6_addr address{};
     return inet_pton(AF_INET6, text.c_str(), &address) == 1;
