@@ -148,8 +148,7 @@ class Arguments : public testing::Test {
     void open() {
         auto network = nlohmann::json::parse(kPromptNetwork);
         network["wifi"] = nlohmann::json::parse(kPromptRadio)["wifi"];
-        const auto selection = network::select(TemporaryScenario(network.dump()).choice(), {});
-        ASSERT_TRUE(selection.selected) << selection.text;
+        selectScenario(network.dump());
         EXPECT_EQ(connection_create(&handles[kClient]), 0);
         for (void** iterator : {&handles[kClone], &handles[kIterator]})
             EXPECT_EQ(connection_get_profile_iterator(handles[kClient], CONNECTION_ITERATOR_REGISTERED, iterator), 0);
@@ -158,7 +157,6 @@ class Arguments : public testing::Test {
         EXPECT_EQ(wifi_initialize(), 0);
         EXPECT_EQ(wifi_get_connected_ap(&handles[kAccessPoint]), 0);
     }
-    static void say(const std::vector<std::string>& words) { ASSERT_EQ(network::command(words), ""); }
 
     MainLoop loop;
     std::array<void*, kKinds> handles{};
@@ -220,33 +218,6 @@ TEST_F(Arguments, FailToOpenWhenAScenarioWantsIt) {
     EXPECT_TRUE(connection_profile_iterator_has_next(handles[kIterator]));
     EXPECT_FALSE(connection_profile_iterator_has_next(nullptr));
     EXPECT_FALSE(connection_profile_iterator_has_next(handles[kClient]));
-}
-
-TEST_F(Arguments, FindNoValueWhereTheNetworkGaveNone) {
-    open();
-    const auto resultOf = [&](const std::string& name) {
-        const auto* row = std::ranges::find(kRows, name, &Row::name);
-        return row->call(handles[row->kind], Flaw::None);
-    };
-    const std::pair<std::vector<std::string>, std::vector<std::string>> cases[] = {
-        {{"address", "none"}, {"connection_profile_get_ip_address", "connection_profile_get_prefix_length"}},
-        {{"router", "none"}, {"connection_profile_get_gateway_address"}},
-        {{"dns", "none"}, {"connection_profile_get_dns_address"}},
-        {{"mac", "none"}, {"connection_get_mac_address"}},
-        {{"wifi", "mac", "none"}, {"wifi_get_mac_address"}},
-        {{"wifi", "router", "Maple Street", "none"}, {"wifi_ap_get_gateway_address"}},
-        {{"profile", "remove", "wired"}, {"connection_profile_get_type"}},
-    };
-    for (const auto& [command, calls] : cases) {
-        say(command);
-        const int wanted = command[0] == "wifi" ? int{WIFI_ERROR_NO_CONNECTION} : int{CONNECTION_ERROR_NO_CONNECTION};
-        for (const std::string& call : calls)
-            EXPECT_EQ(resultOf(call), wanted) << call;
-    }
-    char* text = nullptr;
-    EXPECT_EQ(connection_get_mac_address(handles[kClient], CONNECTION_TYPE_WIFI, &text),
-              CONNECTION_ERROR_NO_CONNECTION);
-    EXPECT_EQ(text, nullptr);
 }
 
 }  // namespace

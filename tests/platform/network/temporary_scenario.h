@@ -1,6 +1,7 @@
 // A scenario file of one test.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <array>
@@ -8,6 +9,9 @@
 #include <fstream>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "network/network.h"
 
 class TemporaryScenario {
   public:
@@ -26,6 +30,16 @@ class TemporaryScenario {
   private:
     std::filesystem::path folder_;
 };
+
+inline void selectScenario(std::string_view text) {
+    const auto selection = network::select(TemporaryScenario(text).choice(), {});
+    ASSERT_TRUE(selection.selected) << selection.text;
+}
+
+// A "network …" command that is understood.
+inline void say(const std::vector<std::string>& words) {
+    EXPECT_EQ(network::command(words), "");
+}
 
 // A connected wired network that answers every question in the next iterations.
 constexpr std::string_view kPromptNetwork = R"({
