@@ -246,15 +246,6 @@ TEST_F(KeyboardCalls, TheClickThatClosesMayArriveTwice) {
     EXPECT_EQ(lastResult, nullptr) << "discarded";
 }
 
-TEST_F(KeyboardCalls, OpeningAnewReplacesTheOpenOne) {
-    IME_Password_Main(parent, "no such row", nullptr);
-    ASSERT_TRUE(isKeyboardOpen());
-    keyboard = getCustKeyBoard();
-    EXPECT_EQ(text(), "");
-    const char* const prompt = elm_object_part_text_get(keyboard->IME_Password_bg, "elm.v6.subheading");
-    EXPECT_TRUE(!prompt || !*prompt) << prompt;
-}
-
 TEST_F(KeyboardCalls, IncompleteCallsChangeNothing) {
     Evas_Object* const button = keyboard->mV6_buttons[kKeyBackspace];
     for (const auto handler : {back_Btn_cb, deleteAll_Btn_cb, cursorLeft_cb, cursorRight_cb, appendString_cb}) {

@@ -173,21 +173,13 @@ std::uint64_t numberIn(const char* variable, std::uint64_t otherwise) {
     return text == nullptr ? otherwise : std::strtoull(text, nullptr, 10);
 }
 
-// The last part of a text that would fill screens.
-std::string endOf(const std::string& text) {
-    constexpr std::size_t kShown = 3000;
-    return text.size() <= kShown ? text : "…" + text.substr(text.size() - kShown);
-}
-
 class RandomRemote : public testing::TestWithParam<std::uint64_t> {};
 
 TEST_P(RandomRemote, LeavesTheGadgetSane) {
     const int actions = static_cast<int>(numberIn("RANDOM_REMOTE_ACTIONS", kActions));
     const HostSetup setup = randomRun(GetParam(), actions);
     const HostRun run(setup);
-    EXPECT_TRUE(run.succeeded()) << "exit code " << run.exitCode() << '\n'
-                                 << endOf(run.transcript()) << "--- errors\n"
-                                 << endOf(run.errors());
+    EXPECT_TRUE(run.succeeded()) << run;
     if (!HasFailure()) return;
     const std::string kept = "random-remote-" + std::to_string(GetParam()) + ".tour";
     std::ofstream(kept) << setup.script;

@@ -73,10 +73,3 @@ std::string configuredIn(const nlohmann::json& network) {
     text += is.value("gateway", "-") + " " + is.value("dnsMode", "-") + " ";
     return text + (is.contains("dns") ? joined(is["dns"]) : "-");
 }
-
-std::string selectRow(int downs) {
-    std::string script;
-    for (int i = 0; i < downs; ++i)
-        script += "key Down\n";
-    return script + "key Return\nwait 0.2\n";
-}

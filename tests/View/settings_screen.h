@@ -56,8 +56,8 @@ Texts popupsIn(const nlohmann::json& dump);
 // servers", as configured, without what was never configured.
 std::string configuredIn(const nlohmann::json& network);
 
-// Script lines: selects the n-th row from the first one that has the focus, by so many Downs.
-std::string selectRow(int downs);
+// Script lines: from the first row to the prefix length's popup.
+inline const std::string kOpenPrefix = "key Down\nkey Down\nkey Return\nwait 0.2\n";
 // Switches the mode of the focused mode row, which must be in the other one.
 inline constexpr const char* kToManual = "key Return\nwait 0.2\nkey Down\nkey Return\nwait 0.2\n";
 inline constexpr const char* kToAutomatic = "key Return\nwait 0.2\nkey Up\nkey Return\nwait 0.2\n";

@@ -1,5 +1,8 @@
-// The settings screen: what it shows, its mode switches, where the focus goes, and what a confirmation writes.
+// The settings and their store: what the screen shows, its mode switches, where the focus goes, what OK writes.
 #include <gtest/gtest.h>
+
+#include <map>
+#include <string>
 
 #include "settings_screen.h"
 
@@ -16,7 +19,7 @@ struct Use {
 };
 
 const std::string kDnsToManual = std::string("key Down\n") + kToManual;
-const std::string kTypeSixty = selectRow(2) + "key 6\nkey 0\nkey Return\nwait 0.2\n";
+const std::string kTypeSixty = kOpenPrefix + "key 6\nkey 0\nkey Return\nwait 0.2\n";
 constexpr const char* kChooseTheCurrent = "key Return\nwait 0.2\nkey Return\nwait 0.2\n";
 
 // A mode is sent when it changes, the values when they are confirmed.
@@ -96,6 +99,32 @@ TEST(Settings, FollowTheUserAndAreStoredThoughTheNetworkRefusesThem) {
     EXPECT_EQ(storedAfter(run, kWiredCase)[0], kManual);
 }
 
+const Texts kDefaults{kAuto, kAuto, "::", "0", "::", "::"};
+
+TEST(StoreSeeding, FillsWhatIsMissingOrNullAndKeepsWhatIsThere) {
+    const std::pair<std::string, std::string> others[] = {
+        {"network_type", "Wired"}, {"ap_name", "No network"}, {"is_stop", "FALSE"}, {"ap_pass", "73019462"}};
+    for (const char* before : {"(nothing)", "NULL", "", "kept"}) {
+        const bool seeded = std::string(before) == "(nothing)" || std::string(before) == "NULL";
+        std::map<std::string, std::string> expected;
+        for (const SettingsCase& network : kBothCases) {
+            for (std::size_t i = 0; i < kDefaults.size(); ++i)
+                expected[keyOf(network, kKeyNames[i])] = seeded ? kDefaults[i] : before;
+        }
+        // The network type stays wired so that a whole check runs over what is kept.
+        for (const auto& [name, value] : others)
+            expected["db/menu/network/" + name] = seeded || value == "Wired" ? value : before;
+        HostSetup setup{.script = "wait 5\nquit\n"};
+        for (const auto& [key, value] : expected) {
+            if (before != std::string("(nothing)")) setup.store.emplace_back(key, seeded ? before : value);
+        }
+        const HostRun run(setup);
+        ASSERT_TRUE(run.succeeded()) << run;
+        for (const auto& [key, value] : expected)
+            EXPECT_EQ(run.storedText(key), value) << key << " after " << before;
+    }
+}
+
 TEST(Settings, SeedTheirOwnKeysOnly) {
     for (const auto& [opened, other] : {std::pair{kWiredCase, kWirelessCase}, {kWirelessCase, kWiredCase}}) {
         HostSetup setup = onNetwork(opened.scenario, kToVerdict);
@@ -106,7 +135,7 @@ TEST(Settings, SeedTheirOwnKeysOnly) {
         setup.script += std::string(kOpenSettings) + "quit\n";
         const HostRun run(setup);
         ASSERT_TRUE(run.succeeded()) << run;
-        EXPECT_EQ(storedAfter(run, opened), (Texts{kAuto, kAuto, "::", "0", "::", "::"})) << opened.type;
+        EXPECT_EQ(storedAfter(run, opened), kDefaults) << opened.type;
         EXPECT_EQ(storedAfter(run, other), Texts(6, "NULL")) << opened.type;
     }
 }
@@ -130,14 +159,9 @@ TEST(Settings, TheFocusSkipsRowsThatCannotBeSelected) {
 }
 
 TEST(Settings, ANewAddressIsShownWhileTheModeIsAutomatic) {
-    const struct {
-        Stored stored;
-        const char* address;
-        const char* server;
-    } cases[] = {{{}, "2001:db8:7::7", "2001:db8:7::53"},
-                 {{kAuto, kManual}, "2001:db8:7::7", "2001:db8:9::53"},
-                 {{kManual, kManual}, "2001:db8:9::9", "2001:db8:9::53"}};
-    for (const auto& [stored, address, server] : cases) {
+    for (const auto& [stored, address, server] : {std::tuple{Stored{}, "2001:db8:7::7", "2001:db8:7::53"},
+                                                  {Stored{kAuto, kManual}, "2001:db8:7::7", "2001:db8:9::53"},
+                                                  {Stored{kManual, kManual}, "2001:db8:9::9", "2001:db8:9::53"}}) {
         const HostRun run(onSettings(
             kWiredCase, stored,
             "network dns 2001:db8:7::53\nnetwork address 2001:db8:7::7/48\nwait 0.1\nexpect focus \"IP settings\"\n"

@@ -5,15 +5,6 @@
 #include <algorithm>
 #include <ranges>
 
-namespace {
-
-std::string valueIn(const nlohmann::json& dump, const std::string& part, const char* kind) {
-    const nlohmann::json parts = dump.value("parts", nlohmann::json::object());
-    return parts.contains(part) ? parts[part].value(kind, "") : "";
-}
-
-}  // namespace
-
 std::string scenario(const std::string& name) {
     return SCENARIO_FOLDER + name + ".json";
 }
@@ -49,16 +40,15 @@ nlohmann::json endOf(HostSetup setup) {
 }
 
 std::string textIn(const nlohmann::json& dump, const std::string& part) {
-    return valueIn(dump, part, "text");
+    return dump.value(nlohmann::json::json_pointer("/parts/" + part + "/text"), "");
 }
 
 std::string pictureIn(const nlohmann::json& dump, const std::string& part) {
-    return valueIn(dump, part, "picture");
+    return dump.value(nlohmann::json::json_pointer("/parts/" + part + "/picture"), "");
 }
 
 std::string focusIn(const nlohmann::json& dump) {
-    const auto focus = dump.find("focus");
-    return focus == dump.end() || focus->is_null() ? "nobody" : focus->value("label", "");
+    return dump.value("/focus/label"_json_pointer, "nobody");
 }
 
 std::vector<std::string> buttonsIn(const nlohmann::json& dump) {
