@@ -16,6 +16,7 @@ constexpr int kFrames = 4;
 constexpr const char* kVerdictTicks = "BENCH_CONTROL_TICKS";  // ticks to the verdict; not set: there is none
 
 struct Screen {
+    ug_handle gadget;
     Evas_Object* popup;
     Evas_Object* layout;
     Evas_Object* picture;
@@ -74,9 +75,9 @@ Eina_Bool onSecond(void* /*data*/) {
     return ECORE_CALLBACK_RENEW;
 }
 
-void closeOnMenu(void* gadget, Evas* /*canvas*/, Evas_Object* /*button*/, void* event) {
+void close(void* /*data*/, Evas* /*canvas*/, Evas_Object* /*widget*/, void* event) {
     const std::string_view key(static_cast<Evas_Event_Key_Down*>(event)->keyname);
-    if (key == "Menu") ug_destroy_me(static_cast<ug_handle>(gadget));
+    if (key == "Menu") ug_destroy_me(screen.gadget);
 }
 
 void addSpinner() {
@@ -99,7 +100,10 @@ void* onCreate(ug_handle gadget, int /*mode*/, ug_data /*data*/, void* /*priv*/)
     auto* const window = static_cast<Evas_Object*>(ug_get_window());
     elm_config_focus_highlight_enabled_set(EINA_TRUE);
     elm_win_focus_highlight_enabled_set(window, EINA_TRUE);
+    screen = {};
+    screen.gadget = gadget;
     screen.popup = elm_popup_add(window);
+    control::closeOnMenu(screen.popup);
     if (elm_theme_extension_list_get(nullptr) == nullptr) elm_theme_extension_add(nullptr, control::kLayoutFile);
     elm_object_style_set(screen.popup, "C_PopupBasic_WhiteBottomLarge");
     screen.layout = elm_layout_add(screen.popup);
@@ -112,7 +116,6 @@ void* onCreate(ug_handle gadget, int /*mode*/, ug_data /*data*/, void* /*priv*/)
     setText("PartMain:elm.text.title", "TV_SID_IPV6_STATUS");
     setText("PartMain:connection_msg_block", "COM_TV_SID_VERIFYING_WIRED_NETWORK_CONNECTION");
     screen.button = control::addButton(screen.layout, "PartMain:elm.swallow.cencel", "default", "SID_CANCEL");
-    evas_object_event_callback_add(screen.button, EVAS_CALLBACK_KEY_DOWN, closeOnMenu, gadget);
     elm_object_focus_set(screen.button, EINA_TRUE);
     elm_object_signal_emit(screen.button, "elm,action,focus", "elm");
     const char* const ticks = std::getenv(kVerdictTicks);
@@ -132,6 +135,10 @@ void onDestroy(ug_handle /*ug*/, ug_data /*data*/, void* /*priv*/) {
 }  // namespace
 
 namespace control {
+
+void closeOnMenu(Evas_Object* popup) {
+    evas_object_event_callback_add(popup, EVAS_CALLBACK_KEY_DOWN, close, nullptr);
+}
 
 Evas_Object* addButton(Evas_Object* parent, const char* part, const char* style, const char* label) {
     Evas_Object* const button = elm_button_add(parent);

@@ -26,6 +26,9 @@ inline void fill(Evas_Object* widget) {
 // A button with a label in a part of a popup or layout.
 Evas_Object* addButton(Evas_Object* parent, const char* part, const char* style, const char* label);
 
+// The remote's Menu on this popup closes everything.
+void closeOnMenu(Evas_Object* popup);
+
 // The settings screen over the status screen `parent`, with the focus on its first row.
 void showSettings(Evas_Object* parent);
 void deleteSettings();

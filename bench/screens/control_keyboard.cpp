@@ -57,6 +57,7 @@ Evas_Object* showKeyboard(Evas_Object* parent) {
     Evas_Object* const outer = elm_popup_add(parent);
     elm_object_style_set(outer, "C_PopupBasic_WhiteBottomLarge");
     Evas_Object* const inner = elm_popup_add(outer);
+    closeOnMenu(inner);
     fill(inner);
     elm_object_style_set(inner, "IPv6Keyboard");
     elm_object_part_text_set(inner, "elm.text.title_V6", text("TV_SID_IPV6_SETTINGS"));

@@ -75,6 +75,7 @@ namespace control {
 void showSettings(Evas_Object* parent) {
     status = parent;
     popup = elm_popup_add(parent);
+    closeOnMenu(popup);
     fill(popup);
     elm_object_style_set(popup, "c_popup_l_bottom");
     elm_object_part_text_set(popup, "title,text", text("TV_SID_IPV6_SETTINGS"));

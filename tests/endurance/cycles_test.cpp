@@ -12,30 +12,43 @@ namespace {
 constexpr double kAllowedBytes = 64;   // for each cycle, above what the toolkit alone loses
 constexpr int kCyclesThatCount = 500;  // with fewer of them, what is kept for reuse hides the slope
 
+constexpr const char* kMenu = "key Menu\nexpect closed within 1\n";
+constexpr const char* kToVerdict = "expect exactly \"Close\" within 20\n";
+constexpr const char* kToSettings = "click exactly \"IPv6 settings\"\nwait 0.3\n";
+constexpr const char* kToManual = "key Return\nwait 0.2\nkey Down\nkey Return\nwait 0.2\n";
+constexpr const char* kToKeyboard = "click \"IP address\"\nwait 0.3\nexpect exactly \"Done\"\n";
+
+// The control program deletes its popups without a thought for the focus.
+constexpr const char* kControlsFocus = "_manager_in_chain_set() safety check failed";
+
+// What is opened before it is all closed again. The control program has no modes.
 struct Cycle {
     const char* name;
-    std::string module;  // empty: the gadget
-    const char* screens;
+    std::vector<const char*> control;
+    std::vector<const char*> gadget;
 };
 const Cycle kCycles[] = {
-    {"control", ENDURANCE_CONTROL, "open\nwait 0.3\nkey Menu\nexpect closed within 1\n"},
-    {"opened", "", "open\nwait 0.3\nkey Menu\nexpect closed within 1\n"},
-    {"checked", "", "open\nexpect exactly \"Close\" within 20\nkey Menu\nexpect closed within 1\n"},
-    {"all screens", "",
-     "open\nexpect exactly \"Close\" within 20\nclick exactly \"IPv6 settings\"\nwait 0.3\nkey Return\n"
-     "wait 0.2\nkey Down\nkey Return\nwait 0.2\nclick \"IP address\"\nwait 0.3\nexpect exactly \"Done\"\nkey 2\nwait "
-     "0.1\n"
-     "key Menu\nexpect closed within 1\n"},
+    {"opened", {"wait 0.3\n"}, {"wait 0.3\n"}},
+    {"checked", {kToVerdict}, {kToVerdict}},
+    {"all screens", {kToVerdict, kToSettings, kToKeyboard}, {kToVerdict, kToSettings, kToManual, kToKeyboard}},
 };
 
+std::string joined(const std::vector<const char*>& steps) {
+    std::string script = "open\n";
+    for (const char* step : steps)
+        script += step;
+    return script + kMenu;
+}
+
 // Reports after a tenth of the cycles, when all caches are filled, and at the end.
-std::vector<nlohmann::json> play(const Cycle& cycle, int cycles) {
+std::vector<nlohmann::json> play(const std::string& screens, int cycles, const char* module,
+                                 const std::vector<std::string>& allowed = {}) {
     std::string script;
     for (int i = 1; i <= cycles; ++i) {
-        script += cycle.screens;
-        if (i == cycles / 10 || i == cycles) script += order("report", cycle.name);
+        script += screens;
+        if (i == cycles / 10 || i == cycles) script += order("report", "cycles");
     }
-    const EnduranceRun run(networks().front(), script, cycle.module);
+    const EnduranceRun run(networks().front(), script, module, allowed);
     return run.reports();
 }
 
@@ -45,22 +58,22 @@ double slope(const std::vector<nlohmann::json>& reports, int cycles) {
 
 TEST(Cycles, LeaveNothingBehind) {
     const int cycles = 1000 / static_cast<int>(everyNth(100));
-    double control = 0;
     for (const Cycle& cycle : kCycles) {
-        if (!cycle.module.empty() && cycles < kCyclesThatCount) continue;
-        const std::vector<nlohmann::json> reports = play(cycle, cycles);
+        const std::vector<nlohmann::json> reports = play(joined(cycle.gadget), cycles, "");
         ASSERT_EQ(reports.size(), 2U);
-        const double bytes = slope(reports, cycles);
-        std::cout << cycle.name << ": " << bytes << " bytes a cycle over " << cycles << " cycles\n";
-        if (cycle.module.empty() && cycles >= kCyclesThatCount) {
-            EXPECT_LE(bytes, control + kAllowedBytes) << cycle.name;
-        } else if (!cycle.module.empty()) {
-            control = bytes;
-        }
         EXPECT_EQ(reports.back()["timers"], 0) << cycle.name;
         EXPECT_EQ(reports.back()["extensions"], 1) << cycle.name;
         for (const char* kind : {"threads", "descriptors"})
             EXPECT_EQ(reports.back()[kind], reports.front()[kind]) << cycle.name << ", " << kind;
+        if (cycles < kCyclesThatCount) continue;
+        const std::vector<nlohmann::json> control =
+            play(joined(cycle.control), cycles, ENDURANCE_CONTROL, {kControlsFocus});
+        ASSERT_EQ(control.size(), 2U);
+        const double bytes = slope(reports, cycles);
+        const double toolkits = slope(control, cycles);
+        std::cout << cycle.name << ": " << bytes << " bytes a cycle over " << cycles << " cycles, the toolkit alone "
+                  << toolkits << '\n';
+        EXPECT_LE(bytes, toolkits + kAllowedBytes) << cycle.name;
     }
 }
 

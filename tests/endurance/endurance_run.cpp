@@ -22,6 +22,7 @@ HostSetup setup(const Network& network, const std::string& script, const std::st
             .input = "key Menu\nexpect closed within 1\n" + script,
             // Frames that come from the heap save a third of the time.
             .environment = {{"LD_PRELOAD", ENDURANCE_PRELOAD},
+                            {"BENCH_CONTROL_TICKS", "8"},
                             // Our malloc stands between the sanitizer's and who calls it.
                             {"ASAN_OPTIONS", "malloc_context_size=3"},
                             {"MALLOC_MMAP_THRESHOLD_", "1000000000"},
