@@ -16,7 +16,8 @@ bool isWireless(const std::string& network) {
 HostSetup onNetwork(const std::string& network, const std::string& script) {
     return {.network = network.starts_with("{") ? network : scenario(network),
             .store = {{"db/menu/network/network_type", isWireless(network) ? "Wireless" : "Wired"}},
-            .script = script};
+            .script = script,
+            .timeout = 240};  // many journeys take their time with sanitizers on a busy machine
 }
 
 std::string checking(const std::string& network) {
