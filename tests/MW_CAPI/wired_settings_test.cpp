@@ -76,29 +76,39 @@ TEST_F(WiredSettingsAdapter, ReadsTheLiveValuesOrDefaults) {
     }
 }
 
-TEST_F(WiredSettingsAdapter, WritesTheUsersValuesAndGoesBackToTheNetworks) {
+TEST_F(WiredSettingsAdapter, WritesAllValuesOrNoneAndBothServers) {
     openWired();
     _Set_IP_Config_Type(kSwitchToManual);
     _Set_DNS_Config_Type(kSwitchToManual);
-    EXPECT_STREQ(Get_DNS_Config_Type(), kManualMode);
-    const sglobalIPValues wanted = values("300");
+    sglobalIPValues wanted = values("abc");
+    Set_Wired_Conn_Info(&wanted);
+    EXPECT_EQ(live(), given_) << "no prefix length";
+    wanted = values("300");
+    for (const char* call : {"connection_profile_set_ip_address", "connection_profile_set_prefix_length",
+                             "connection_profile_set_gateway_address", "connection_profile_set_dns_address",
+                             "connection_update_profile"}) {
+        fail(call, "1");
+        Set_Wired_Conn_Info(&wanted);
+        EXPECT_EQ(live(), given_) << call;
+    }
     Set_Wired_Conn_Info(&wanted);
     const char* servers[] = {"2001:db8:9::53", "2001:db8:9::54"};
     EXPECT_EQ(live(), (Words{"2001:db8:9::9", "44", "2001:db8:9::1", servers[0], servers[0]})) << "eight bits of 300";
     fail("connection_profile_set_dns_address", "1");
     Set_Wired_Dns_Address(servers[1]);
     EXPECT_EQ(live(), (Words{"2001:db8:9::9", "44", "2001:db8:9::1", servers[0], servers[1]}));
-    Set_Wired_Dns_Address(servers[1]);
-    EXPECT_EQ(live()[3], servers[1]);
+}
 
-    _Set_IP_Config_Type(kSwitchToAutomatic);
-    _Set_DNS_Config_Type(kSwitchToAutomatic);
-    MainLoop::settle();
-    EXPECT_EQ(live(), given_);
+TEST_F(WiredSettingsAdapter, TellsTheDnsModeAndServerAsItsCallersExpect) {
+    openWired();
     _Set_DNS_Config_Type(kSwitchToManual);
-    EXPECT_EQ(live()[3], "::") << "manual again, and neither server is left";
+    Set_Wired_Dns_Address("2001:db8:9::54");
+    EXPECT_STREQ(Get_DNS_Config_Type(), kManualMode);
     fail("connection_profile_get_dns_config_type", "1");
     EXPECT_STREQ(Get_DNS_Config_Type(), kAutomaticMode) << "what cannot be read counts as automatic";
+    fail("connection_profile_set_dns_address", "1");
+    _Set_DNS_Config_Type(kSwitchToAutomatic);
+    EXPECT_STREQ(Get_DNS_Config_Type(), kAutomaticMode) << "a server that stays does not stop the switch";
     fail("connection_profile_get_dns_address", "2");
     PlatformText text(strdup("before"));
     char* dns = text.get();
@@ -109,40 +119,6 @@ TEST_F(WiredSettingsAdapter, WritesTheUsersValuesAndGoesBackToTheNetworks) {
     EXPECT_EQ(none, nullptr);
 }
 
-TEST_F(WiredSettingsAdapter, StoresNoValueAfterARefusal) {
-    openWired();
-    const auto write = [](const char* prefixLength) {
-        const sglobalIPValues wanted = values(prefixLength);
-        Set_Wired_Conn_Info(&wanted);
-    };
-    _Set_IP_Config_Type(kSwitchToManual);
-    _Set_DNS_Config_Type(kSwitchToManual);
-    for (const char* call : {"connection_profile_set_ip_address", "connection_profile_set_prefix_length",
-                             "connection_profile_set_gateway_address", "connection_profile_set_dns_address",
-                             "connection_update_profile"}) {
-        fail(call, "1");
-        write("56");
-        EXPECT_EQ(live(), given_) << call;
-    }
-    write("abc");
-    EXPECT_EQ(live(), given_) << "no prefix length";
-}
-
-TEST_F(WiredSettingsAdapter, UpdatesTheProfileThoughAPartOfASwitchIsRefused) {
-    const std::pair<const char*, const char*> cases[] = {{"connection_profile_set_dns_address", kAutomaticMode},
-                                                         {"connection_profile_set_dns_config_type", kManualMode}};
-    openWired();
-    for (const auto& [call, mode] : cases) {
-        _Set_DNS_Config_Type(kSwitchToManual);
-        Set_Wired_Dns_Address("2001:db8:9::54");
-        fail(call, "1");
-        _Set_DNS_Config_Type(kSwitchToAutomatic);
-        EXPECT_STREQ(Get_DNS_Config_Type(), mode);
-        _Set_DNS_Config_Type(kSwitchToManual);
-        EXPECT_EQ(live()[4], "") << "the second server has gone all the same";
-    }
-}
-
 TEST_F(WiredSettingsAdapter, WorksOnAProfileThatIsNotConnectedYet) {
     openWired("configuration");
     settings_->connection = nullptr;
@@ -150,10 +126,6 @@ TEST_F(WiredSettingsAdapter, WorksOnAProfileThatIsNotConnectedYet) {
     connection_profile_handle profile = nullptr;
     EXPECT_FALSE(Updated_Ethernet_Profile_Handle(&profile));
     EXPECT_NE(profile, nullptr) << "found over the status screen's connection";
-    _Set_IP_Config_Type(kSwitchToManual);
-    const sglobalIPValues wanted = values("56");
-    Set_Wired_Conn_Info(&wanted);
-    EXPECT_EQ(live()[0], "2001:db8:9::9");
 }
 
 TEST_F(WiredSettingsAdapter, LivesWithoutAProfileOrAConnection) {
@@ -167,8 +139,6 @@ TEST_F(WiredSettingsAdapter, LivesWithoutAProfileOrAConnection) {
     EXPECT_EQ(dns, nullptr);
     EXPECT_EQ(_Set_IP_Config_Type(kSwitchToManual), 0);
     EXPECT_EQ(_Set_DNS_Config_Type(kSwitchToAutomatic), 0);
-    const sglobalIPValues wanted = values("56");
-    Set_Wired_Conn_Info(&wanted);
     Set_Wired_Conn_Info(nullptr);
     Set_Wired_Dns_Address(nullptr);
 }
