@@ -1,4 +1,4 @@
-// Work in a process of its own, for tests that kill it, limit it, or change its mounts.
+// Work in a process of its own, for tests that kill it or change its mounts.
 #pragma once
 
 #include <sys/mount.h>
@@ -22,21 +22,15 @@ pid_t start(Work work) {
 // The exit status, or minus the signal that ended it.
 inline int finish(pid_t process) {
     int status = 0;
-    while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
-    }
+    waitpid(process, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-}
-
-template <class Work>
-int run(Work work) {
-    return finish(start(work));
 }
 
 // For the child only: mounts that nobody else sees. False where the machine does not allow that.
 inline bool makeMountsPrivate() {
     if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
-    mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE,
-          nullptr);  // refused in a change-root, whose mounts may do as well
+    // Refused in a change-root, whose mounts may do as well.
+    mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr);
     std::ifstream mounts("/proc/self/mountinfo");
     for (std::string line; std::getline(mounts, line);) {
         if (line.find(" shared:") != std::string::npos) return false;

@@ -1,10 +1,8 @@
-// What dumps and pictures say of a screen that is known.
-#include <Ecore.h>
-#include <Ecore_Evas.h>
+// What scripts, dumps and pictures make of the gadget's screen.
 #include <gtest/gtest.h>
 #include <png.h>
 
-#include <optional>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -14,75 +12,97 @@ namespace {
 
 using nlohmann::json;
 
-HostSetup withScreen(const std::string& script) {
-    return {.script = script, .module = HOST_TEST_MODULES "screen.so"};
-}
-
 TEST(Dump, ShowsWhatIsSeenAndNothingElse) {
-    const HostRun run(withScreen("wait 2\nkey colon\ndump screen.json\nquit"));
+    const HostRun run({.script = "wait 6\ndump status.json\nclick \"IPv6 settings\"\nwait 1\ndump settings.json\n"
+                                 "key Menu\nexpect closed within 1\ndump closed.json"});
     ASSERT_TRUE(run.succeeded()) << run;
-    const json screen = run.dump("screen.json");
-    EXPECT_EQ(screen["gadget"], "open");
-    EXPECT_EQ(screen["focus"]["label"], "Leave");
-    EXPECT_EQ(screen["focus"]["part"], "button1");
-    const json& parts = screen["parts"];
-    EXPECT_EQ(parts["PartMain:title"]["text"], "Fish & chips <b>");
-    EXPECT_EQ(parts["PartMain:status"]["picture"], "red.png");
-    EXPECT_EQ(parts["PartMain:list"]["widget"], "elm_genlist");
-    EXPECT_EQ(parts["hint"]["text"], "key colon");
-    EXPECT_FALSE(parts.contains("PartMain:unset"));
-    EXPECT_FALSE(parts.contains("PartMain:concealed"));
-    ASSERT_EQ(screen["buttons"].size(), 2U);
-    EXPECT_EQ(screen["buttons"][0]["part"], "elm.button.disabled");
-    EXPECT_EQ(screen["buttons"][0]["label"], "Disabled");
-    EXPECT_EQ(screen["buttons"][0]["disabled"], true);
-    EXPECT_EQ(screen["buttons"][1]["part"], "button1");
-    EXPECT_EQ(screen["buttons"][1]["focused"], true);
-    ASSERT_EQ(screen["rows"].size(), 2U);
-    EXPECT_EQ(screen["rows"][0]["text"]["elm.text"], "First row");
-    EXPECT_EQ(screen["rows"][1]["disabled"], true);
-    ASSERT_EQ(screen["popups"].size(), 1U);
-    EXPECT_EQ(screen["popups"][0]["style"], "hosttest");
-    EXPECT_EQ(screen["popups"][0]["texts"][0], "Title & more");
+    const json status = run.dump("status.json"), settings = run.dump("settings.json"), closed = run.dump("closed.json");
+    EXPECT_EQ(status["gadget"], "open");
+    EXPECT_EQ(status["focus"],
+              (json{{"label", "Close"}, {"part", "PartMain:elm.swallow.stop"}, {"widget", "elm_button"}}));
+    EXPECT_EQ(status["parts"]["PartMain:elm.text.title"]["text"], "IPv6 status");
+    EXPECT_EQ(status["parts"]["PartMain:elm.swallow.status"]["picture"], "network_popup_connect_6.png");
+    EXPECT_EQ(status["parts"]["PartMain:elm.swallow.retry"]["button"], "IPv6 settings");
+    EXPECT_EQ(status["parts"]["elm.swallow.content"]["widget"], "elm_layout");
+    EXPECT_FALSE(status["parts"].contains("PartMain:elm.swallow.status_unset"));
+    EXPECT_EQ(status["popups"][0]["texts"][0], "IPv6 status");
+    ASSERT_EQ(settings["buttons"].size(), 2U);  // those below are covered
+    EXPECT_EQ(settings["buttons"][1]["part"], "button2");
+    EXPECT_EQ(settings["buttons"][1]["focused"], false);
+    EXPECT_EQ(settings["rows"][0],
+              (json{{"disabled", false},
+                    {"focused", true},
+                    {"selected", false},
+                    {"text", {{"elm.text", "IP settings"}, {"elm.text.1", "Obtain automatically"}}}}));
+    EXPECT_EQ(settings["rows"][1]["disabled"], true);
+    EXPECT_EQ(closed["gadget"], "closed");
+    EXPECT_TRUE(closed["focus"].is_null());
+    EXPECT_TRUE(closed["parts"].empty() && closed["buttons"].empty() && closed["popups"].empty()) << closed;
 }
 
-TEST(Dump, IsEmptyOnceTheGadgetHasClosed) {
-    const HostRun run(withScreen("click \"Leave\" within 1\nexpect closed within 1\ndump screen.json"));
+TEST(Picture, ShowsTheWholeWindowScaledWithItsHeight) {
+    const HostRun run({.script = "resize 960x540\nwait 6\ndump small.json\nshot screen.png\nquit"});
     ASSERT_TRUE(run.succeeded()) << run;
-    const json screen = run.dump("screen.json");
-    EXPECT_EQ(screen["gadget"], "closed");
-    EXPECT_TRUE(screen["focus"].is_null());
-    EXPECT_TRUE(screen["parts"].empty());
-    EXPECT_TRUE(screen["popups"].empty());
-}
-
-TEST(Window, ScalesTheToolkitWithItsHeight) {
-    const HostRun run(withScreen("wait 2\ndump large.json\nresize 1280x720\nwait 1\ndump small.json\nquit"));
-    ASSERT_TRUE(run.succeeded()) << run;
-    const auto height = [&run](const char* name) { return run.dump(name)["buttons"][1]["geometry"][3].get<double>(); };
-    EXPECT_NEAR(height("small.json") / height("large.json"), 720.0 / 1080.0, 0.05);
-}
-
-// The colour of one pixel of a PNG file, 0xRRGGBB; nothing when the file is not of that size.
-std::optional<unsigned int> pixel(const std::string& file, unsigned int width, unsigned int height, unsigned int x,
-                                  unsigned int y) {
+    EXPECT_EQ(run.dump("small.json")["buttons"][2]["geometry"], (json{602, 456, 220, 40}));
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
-    if (png_image_begin_read_from_file(&image, file.c_str()) == 0) return std::nullopt;
+    ASSERT_NE(png_image_begin_read_from_file(&image, run.file("screen.png").c_str()), 0);
     image.format = PNG_FORMAT_RGB;
-    std::vector<unsigned char> data(PNG_IMAGE_SIZE(image));
-    png_image_finish_read(&image, nullptr, data.data(), 0, nullptr);
-    if (image.width != width || image.height != height) return std::nullopt;
-    const unsigned char* const place = &data[(std::size_t{y} * width + x) * 3];
-    return place[0] << 16U | place[1] << 8U | place[2];
+    ASSERT_EQ(std::pair(image.width, image.height), std::pair(960U, 540U));
+    std::vector<std::array<unsigned char, 3>> pixels(960 * 540);
+    png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr);
+    const auto is = [&](unsigned x, unsigned y, auto expected) {
+        const auto& [red, green, blue] = pixels[y * 960 + x];
+        return expected(red, green, blue);
+    };
+    EXPECT_TRUE(is(2, 2, [](int red, int green, int blue) { return red < green && green < blue && blue < 60; }))
+        << "the dark blue behind the gadget";
+    EXPECT_TRUE(is(620, 476, [](int red, int green, int blue) { return red > 220 && green > 220 && blue > 220; }))
+        << "the white of the focused button";
+    EXPECT_TRUE(is(365, 290, [](int red, int green, int blue) { return red < blue && blue < green && green > 180; }))
+        << "the green line to the router";
 }
 
-TEST(Picture, ShowsTheWholeWindow) {
-    const HostRun run(withScreen("resize 960x540\nwait 2\ndump screen.json\nshot screen.png\nquit"));
-    ASSERT_TRUE(run.succeeded()) << run;
-    const std::string file = run.file("screen.png");
-    EXPECT_EQ(pixel(file, 960, 540, 380, 260), 0xff0000U);
-    EXPECT_NE(pixel(file, 960, 540, 5, 5), 0xff0000U);
+TEST(Script, GoesOnAfterAFailedTryAndOpensAgain) {
+    const HostRun run({.script = R"(
+        expect "Checking" within 1          # quoted words keep blanks
+        expect focus "Close" within 10
+        expect sane
+        click at 0 0
+        try click "Nowhere"
+        click part PartMain:elm.swallow.stop
+        expect closed within 1
+        try key Left
+        expect sane
+        open
+        expect open
+        expect "Checking the \"wired\"" within 0
+    )"});
+    EXPECT_EQ(run.exitCode(), 12) << run;
+    EXPECT_NE(run.transcript().find("try click \"Nowhere\"  -> not done: not on the screen"), std::string::npos) << run;
+    EXPECT_NE(run.errors().find("expect \"Checking the \\\"wired\\\"\""), std::string::npos) << run;
+    EXPECT_NE(run.transcript().find("text: \"Checking the wired"), std::string::npos) << run;
+}
+
+TEST(Script, ReadsStandardInputUntilAWrongLine) {
+    HostSetup setup{.input = "set-store a/text \"two words\"\nset-store a/number 42\nlog \"no line end\"",
+                    .arguments = {"--script", "-"}};
+    const HostRun run(setup);
+    EXPECT_TRUE(run.succeeded()) << run;
+    EXPECT_EQ(run.storedText("a/text"), "two words");
+    EXPECT_EQ(run.storedNumber("a/number"), 42);
+    setup.input = "log \"a\"\nwait\n";
+    const HostRun wrong(setup);
+    EXPECT_EQ(wrong.exitCode(), 11) << wrong;
+    EXPECT_NE(wrong.errors().find("standard input:2:5: "), std::string::npos) << wrong;
+}
+
+TEST(Script, GivesEveryRunTheSameTimes) {
+    const HostSetup setup{.script = "expect \"ready\" within 9\nkey Left\nclick \"Close\"\nexpect closed within 1"};
+    const auto times = [](const HostRun& run) { return run.transcript().substr(run.transcript().find('\n')); };
+    const HostRun first(setup), second(setup);
+    EXPECT_TRUE(first.succeeded()) << first;
+    EXPECT_EQ(times(first), times(second));
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "settings_store.h"
 #include "store/store.h"
@@ -31,8 +32,7 @@ inline std::string contentOf(const fs::path& file) {
 inline void runSql(const fs::path& file, const std::string& sql) {
     sqlite3* connection = nullptr;
     ASSERT_EQ(sqlite3_open(file.c_str(), &connection), SQLITE_OK);
-    EXPECT_EQ(sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
-        << sqlite3_errmsg(connection);
+    EXPECT_EQ(sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sql;
     sqlite3_close(connection);
 }
 

@@ -31,60 +31,36 @@ void recordCall(const std::string& name, ug_handle ug, void* priv) {
 
 void askForEnd() {
     int other = 0;
-    record("ask " + std::to_string(ug_destroy_me(self)) + " " + std::to_string(ug_destroy_me(self)) + " " +
-           std::to_string(ug_destroy_me(reinterpret_cast<ug_handle>(&other))) + " " +
-           std::to_string(ug_destroy_me(nullptr)));
+    std::string line = "ask";
+    for (const ug_handle ug : {self, self, reinterpret_cast<ug_handle>(&other), ug_handle{}})
+        line += " " + std::to_string(ug_destroy_me(ug));
+    record(line);
 }
 
 Eina_Bool onTimer(void* /*data*/) {
-    if (behaves("terminated")) {
-        std::raise(SIGTERM);
-    } else {
-        askForEnd();
-    }
+    behaves("terminated") ? static_cast<void>(std::raise(SIGTERM)) : askForEnd();
     record("timer over");
     return ECORE_CALLBACK_CANCEL;
 }
 
-void recordViewEnd(void* /*data*/, Evas* /*canvas*/, Evas_Object* /*view*/, void* /*event*/) {
-    record("view gone");
-}
-
-void recordForgotten(void* /*data*/, Evas* /*canvas*/, Evas_Object* /*widget*/, void* /*event*/) {
-    record("forgotten widget gone");
-}
-
-// Leaves a widget in the window that calls back into this module when it goes.
-void forgetWidget() {
-    Evas_Object* const widget = elm_layout_add(static_cast<Evas_Object*>(ug_get_window()));
-    evas_object_event_callback_add(widget, EVAS_CALLBACK_DEL, recordForgotten, nullptr);
+void recordEnd(void* what, Evas* /*canvas*/, Evas_Object* /*object*/, void* /*event*/) {
+    record(static_cast<const char*>(what) + std::string(" gone"));
 }
 
 void* create(ug_handle ug, int /*mode*/, ug_data /*data*/, void* priv) {
+    static char viewName[] = "view", widgetName[] = "forgotten widget";
+    auto* const window = static_cast<Evas_Object*>(ug_get_window());
     self = ug;
     recordCall("create", ug, priv);
     if (behaves("no-view")) return nullptr;
     if (behaves("language")) record(std::setlocale(LC_MESSAGES, nullptr) + std::string(" ") + std::getenv("LANGUAGE"));
     if (behaves("hasty")) askForEnd();
     if (behaves("asking") || behaves("terminated")) ecore_timer_add(0.5, onTimer, nullptr);
-    Evas_Object* const view =
-        evas_object_rectangle_add(evas_object_evas_get(static_cast<Evas_Object*>(ug_get_window())));
-    evas_object_event_callback_add(view, EVAS_CALLBACK_DEL, recordViewEnd, nullptr);
-    if (behaves("forgetful")) forgetWidget();
+    Evas_Object* const view = evas_object_rectangle_add(evas_object_evas_get(window));
+    evas_object_event_callback_add(view, EVAS_CALLBACK_DEL, recordEnd, viewName);
+    if (behaves("forgetful"))  // it stays in the window and calls back into this module when it goes
+        evas_object_event_callback_add(elm_layout_add(window), EVAS_CALLBACK_DEL, recordEnd, widgetName);
     return view;
-}
-
-void start(ug_handle ug, ug_data /*data*/, void* priv) {
-    recordCall("start", ug, priv);
-}
-void pause(ug_handle ug, ug_data /*data*/, void* priv) {
-    recordCall("pause", ug, priv);
-}
-void resume(ug_handle ug, ug_data /*data*/, void* priv) {
-    recordCall("resume", ug, priv);
-}
-void destroy(ug_handle ug, ug_data /*data*/, void* priv) {
-    recordCall("destroy", ug, priv);
 }
 
 }  // namespace
@@ -93,10 +69,10 @@ PLATFORM_API int UG_MODULE_INIT(ug_operations* operations) {
     record("init");
     if (behaves("refusing")) return -1;
     operations->create = create;
-    operations->start = start;
-    operations->pause = pause;
-    operations->resume = resume;
-    operations->destroy = destroy;
+    operations->start = [](ug_handle ug, ug_data, void* priv) { recordCall("start", ug, priv); };
+    operations->pause = [](ug_handle ug, ug_data, void* priv) { recordCall("pause", ug, priv); };
+    operations->resume = [](ug_handle ug, ug_data, void* priv) { recordCall("resume", ug, priv); };
+    operations->destroy = [](ug_handle ug, ug_data, void* priv) { recordCall("destroy", ug, priv); };
     operations->priv = &privateData;
     return 0;
 }
