@@ -6,40 +6,32 @@
 #include <climits>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include "Common/Outside_Text.h"
 #include "Common/Text.h"
 
 namespace {
 
-TEST(Records, DefaultsLeaveMacAndNameAndCreateNothing) {
+TEST(Records, AreOneInstanceEachUntilTheyAreFreed) {
     setDefaultValGlobalIPInfo();
     sGlobalIPInfo* info = createGlobalIPInfo();
-    ASSERT_NE(info, nullptr);
     EXPECT_STREQ(info->global_IP_ADDRESS, "") << "setting defaults must not have created the record";
     EXPECT_EQ(createGlobalIPInfo(), info);
-    copyText(info->global_MAC_ADDRESS, "02:00:00:00:00:01");
-    copyText(info->global_SSID_NAME, "home");
+    for (char* field : {info->global_MAC_ADDRESS, info->global_SSID_NAME})
+        copybuffer(field, "kept");
     setDefaultValGlobalIPInfo();
-    EXPECT_STREQ(info->global_IP_ADDRESS, "::");
-    EXPECT_STREQ(info->global_PREFIX_LENGTH, "0");
-    EXPECT_STREQ(info->global_GATEWAY, "::");
-    EXPECT_STREQ(info->global_DNS, "::");
-    EXPECT_STREQ(info->global_MAC_ADDRESS, "02:00:00:00:00:01");
-    EXPECT_STREQ(info->global_SSID_NAME, "home");
-    freeGlobalIPInfo();
-    freeGlobalIPInfo();
+    const char* fields[] = {info->global_IP_ADDRESS, info->global_PREFIX_LENGTH, info->global_GATEWAY,
+                            info->global_DNS,        info->global_MAC_ADDRESS,   info->global_SSID_NAME};
+    EXPECT_EQ(std::vector<std::string>(std::begin(fields), std::end(fields)),
+              (std::vector<std::string>{"::", "0", "::", "::", "kept", "kept"}));
+    createNetworkStatus()->connStatus->gatewayReachable = 1;
+    EXPECT_EQ(createNetworkStatus()->connStatus->gatewayReachable, 1);
+    for (void (*release)() : {freeGlobalIPInfo, freeGlobalIPInfo, freeSNetworkStatus, freeSNetworkStatus})
+        release();
     EXPECT_STREQ(createGlobalIPInfo()->global_MAC_ADDRESS, "");
-    freeGlobalIPInfo();
-}
-
-TEST(Records, StatusIsOneInstanceUntilItIsFreed) {
-    sNetworkStatus* status = createNetworkStatus();
-    EXPECT_EQ(createNetworkStatus(), status);
-    status->connStatus->gatewayReachable = 1;
-    freeSNetworkStatus();
-    freeSNetworkStatus();
     EXPECT_EQ(createNetworkStatus()->connStatus->gatewayReachable, 0);
+    freeGlobalIPInfo();
     freeSNetworkStatus();
 }
 

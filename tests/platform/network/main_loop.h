@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <string>
 
 #include "network/network.h"
 
@@ -42,8 +41,7 @@ class MainLoop {
 
     // Lets everything that is due without delay come.
     static void settle() {
-        constexpr int kTurns = 20;
-        for (int turn = 0; turn < kTurns; ++turn)
+        for (int turn = 0; turn < 20; ++turn)
             ecore_main_loop_iterate();
     }
 };

@@ -244,23 +244,6 @@ TEST_F(SimulatedNetwork, CarriesAnyTextWhenUnchecked) {
     EXPECT_EQ(network::command(Words{"address", "x/256"}), "256 is not a prefix length (0 to 255)");
 }
 
-TEST_F(SimulatedNetwork, PlaysItsEventsInOrderAndStopsWhenReleased) {
-    const std::string start(kPromptNetwork.substr(0, kPromptNetwork.rfind('}')));
-    open(start + R"(, "events": [{"at": 0, "do": "unplug"}, {"at": 0.001, "do": "plug"},
-        {"at": 0.002, "do": "profile disconnect wired"}, {"at": 86400, "do": "unplug"}]})");
-    contract::Results types;
-    ASSERT_EQ(connection_set_type_changed_cb(client, contract::record, &types), 0);
-    const auto connected = [&] {
-        return number<int>(connection_profile_get_state, profile) == CONNECTION_PROFILE_STATE_CONNECTED;
-    };
-    EXPECT_TRUE(connected());
-    ASSERT_TRUE(MainLoop::runUntil([&] { return types.codes.size() == 2 && !connected(); }));
-    EXPECT_EQ(types.codes, (std::vector<int>{CONNECTION_TYPE_DISCONNECTED, CONNECTION_TYPE_ETHERNET}));
-    network::release();
-    MainLoop::settle();
-    EXPECT_EQ(types.codes.size(), 2U);
-}
-
 TEST_F(SimulatedNetwork, IsDescribedByEveryShippedScenario) {
     for (const auto& entry : std::filesystem::directory_iterator(GADGET_HOST_FOLDER "/networks")) {
         const auto selection = network::select("simulated=" + entry.path().string(), {});
