@@ -1,20 +1,19 @@
 // The wired adapter of the settings screen: what it reads, writes, and does when a call fails.
 #include <cstring>
 
-#include "settings_adapter.h"
+#include "adapters.h"
 
 namespace {
 
-class WiredSettingsAdapter : public SettingsAdapter {
+class WiredSettings : public Adapters {
   protected:
-    void openWired(const std::string& state = "connected") {
-        open(R"({"interfaces": [{"kind": "ethernet", "mac": "02:00:5E:10:00:01"}],
-          "profiles": [{"id": "w", "type": "wifi", "state": "connected"},
-                       {"id": "wired", "type": "ethernet", "state": ")" +
-             state + R"(", "live": {"address": ")" + kFull +
-             R"(", "prefixLength": 64, "gateway": "fe80::1", "dns": ["2001:db8:1::53"]}}],
-          "gateway": {"result": "NONE"}, "internet": {"result": "NONE"}, "renewal": 0})");
+    void SetUp() override {
+        open();
         connect();
+    }
+    void TearDown() override {
+        Adapters::TearDown();
+        connection_destroy(connection_);
     }
     void connect() {
         ASSERT_EQ(connection_create(&connection_), 0);
@@ -26,21 +25,19 @@ class WiredSettingsAdapter : public SettingsAdapter {
         connection_destroy(connection_);
         connect();
         EXPECT_EQ(_Get_Wired_Connection_Info(settings_), 0);
-        Words all = read();
         connection_profile_handle profile = nullptr;
         Updated_Ethernet_Profile_Handle(&profile);
         PlatformText second;
         fetchText(second, connection_profile_get_dns_address, profile, 2, 1);
-        all.emplace_back(second ? second.get() : "");
-        return {all.begin() + 1, all.end()};
+        return readWith(second);
     }
 
-    const Words given_{kFull, "64", "fe80::1", "2001:db8:1::53", ""};
+    const Words given_{"02:00:5E:10:00:01", full_, "64", "fe80::1", "2001:db8:1::53", ""};
+    connection_handle connection_ = nullptr;
 };
 
-TEST_F(WiredSettingsAdapter, ReadsTheLiveValuesOrDefaults) {
-    openWired();
-    const Words all{"02:00:5E:10:00:01", kFull, "64", "fe80::1", "2001:db8:1::53"};
+TEST_F(WiredSettings, ReadsTheLiveValuesOrDefaults) {
+    const Words all(given_.begin(), given_.end() - 1);
     EXPECT_EQ(_Get_Wired_Connection_Info(settings_), 0);
     EXPECT_EQ(read(), all);
     connection_profile_handle profile = nullptr;
@@ -76,8 +73,7 @@ TEST_F(WiredSettingsAdapter, ReadsTheLiveValuesOrDefaults) {
     }
 }
 
-TEST_F(WiredSettingsAdapter, WritesAllValuesOrNoneAndBothServers) {
-    openWired();
+TEST_F(WiredSettings, WritesAllValuesOrNoneAndBothServers) {
     _Set_IP_Config_Type(kSwitchToManual);
     _Set_DNS_Config_Type(kSwitchToManual);
     sglobalIPValues wanted = values("abc");
@@ -92,15 +88,13 @@ TEST_F(WiredSettingsAdapter, WritesAllValuesOrNoneAndBothServers) {
         EXPECT_EQ(live(), given_) << call;
     }
     Set_Wired_Conn_Info(&wanted);
-    const char* servers[] = {"2001:db8:9::53", "2001:db8:9::54"};
-    EXPECT_EQ(live(), (Words{"2001:db8:9::9", "44", "2001:db8:9::1", servers[0], servers[0]})) << "eight bits of 300";
+    EXPECT_EQ(live(), (Words{given_[0], address_, "44", gateway_, server_, server_})) << "eight bits of 300";
     fail("connection_profile_set_dns_address", "1");
-    Set_Wired_Dns_Address(servers[1]);
-    EXPECT_EQ(live(), (Words{"2001:db8:9::9", "44", "2001:db8:9::1", servers[0], servers[1]}));
+    Set_Wired_Dns_Address("2001:db8:9::54");
+    EXPECT_EQ(live(), (Words{given_[0], address_, "44", gateway_, server_, "2001:db8:9::54"}));
 }
 
-TEST_F(WiredSettingsAdapter, TellsTheDnsModeAndServerAsItsCallersExpect) {
-    openWired();
+TEST_F(WiredSettings, TellsTheDnsModeAndServerAsItsCallersExpect) {
     _Set_DNS_Config_Type(kSwitchToManual);
     Set_Wired_Dns_Address("2001:db8:9::54");
     EXPECT_STREQ(Get_DNS_Config_Type(), kManualMode);
@@ -119,19 +113,15 @@ TEST_F(WiredSettingsAdapter, TellsTheDnsModeAndServerAsItsCallersExpect) {
     EXPECT_EQ(none, nullptr);
 }
 
-TEST_F(WiredSettingsAdapter, WorksOnAProfileThatIsNotConnectedYet) {
-    openWired("configuration");
+TEST_F(WiredSettings, WorkOnAProfileThatIsNotConnectedAndWithoutOne) {
+    say({"profile", "disconnect", "wired"});
     settings_->connection = nullptr;
     createNetworkStatus()->connection = connection_;
     connection_profile_handle profile = nullptr;
     EXPECT_FALSE(Updated_Ethernet_Profile_Handle(&profile));
     EXPECT_NE(profile, nullptr) << "found over the status screen's connection";
-}
-
-TEST_F(WiredSettingsAdapter, LivesWithoutAProfileOrAConnection) {
-    open(R"({"interfaces": [], "profiles": [], "gateway": {"result": "NONE"}, "internet": {"result": "NONE"}})");
-    EXPECT_EQ(_Get_Wired_Connection_Info(settings_), 14) << "no connection, no profile";
-    connect();
+    say({"profile", "remove", "wired"});
+    say({"mac", "none"});
     EXPECT_EQ(_Get_Wired_Connection_Info(settings_), 14);
     EXPECT_EQ(read(), (Words{"00:00:00:00:00:00", "::", "0", "::", "::"}));
     char* dns = nullptr;
@@ -141,6 +131,9 @@ TEST_F(WiredSettingsAdapter, LivesWithoutAProfileOrAConnection) {
     EXPECT_EQ(_Set_DNS_Config_Type(kSwitchToAutomatic), 0);
     Set_Wired_Conn_Info(nullptr);
     Set_Wired_Dns_Address(nullptr);
+    createNetworkStatus()->connection = nullptr;
+    forgetConnHandler();
+    EXPECT_EQ(_Get_Wired_Connection_Info(settings_), 14) << "no connection";
 }
 
 }  // namespace

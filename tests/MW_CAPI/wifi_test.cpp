@@ -1,31 +1,22 @@
-// The wireless adapter of the settings screen: which access points it takes, what it reads, writes, and does when a
-// call fails.
-#include "settings_adapter.h"
+// The wireless adapters: which access points they take, what they read and write, and what they do when a call fails.
+#include "Common/Run_State.h"
+#include "MW_CAPI/MW_CAPI_Wireless.h"
+#include "adapters.h"
+#include "log/log.h"
 
 namespace {
 
-const std::string kLongName(40, 'n');
+const std::string kLongName = "a name of more than thirty-two bytes: ";
 
-class WifiSettingsAdapter : public SettingsAdapter {
+class Wifi : public Adapters {
   protected:
-    // Four found ones: two whose names agree in their first 32 bytes, and two of one name; the connected one is last.
-    void openWifi() {
-        const std::string ap = R"({"rssi": -60, "security": "none", )";
-        open(R"({"interfaces": [], "profiles": [], "wifi": {"mac": "02:00:5E:20:00:AA", "accessPoints": [)" + ap +
-             R"("essid": ")" + kLongName + R"(1"}, )" + ap + R"("essid": ")" + kLongName + R"(2"}, )" + ap +
-             R"("essid": "Home", "bssid": "02:00:5E:20:00:05"}, )" + ap +
-             R"("essid": "Home", "connected": true, "bssid": "02:00:5E:20:00:06",
-               "live": {"address": ")" +
-             kFull + R"(", "prefixLength": 64, "gateway": "fe80::1", "dns": ["2001:db8:2::53"]}}]},
-             "gateway": {"result": "NONE"}, "internet": {"result": "NONE"}, "renewal": 0})");
-        ASSERT_EQ(wifi_initialize(), 0);
-        name("Home");
+    void SetUp() override { openWith("Home"); }
+    void openWith(const std::string& wanted) {
+        open();
+        name(wanted);
     }
     // The connected one of the name is reached as soon as the other has gone.
-    void openOneHome() {
-        openWifi();
-        say({"wifi", "vanish", "Home"});
-    }
+    static void removeTheOther() { say({"wifi", "vanish", "Home"}); }
     void name(const std::string& wanted) { copyText(settings_->apName, wanted); }
     std::string found() const {
         PlatformText text;
@@ -34,19 +25,26 @@ class WifiSettingsAdapter : public SettingsAdapter {
     // What is read of the named one now, and its second DNS server.
     Words live() {
         EXPECT_EQ(Get_AP_Connection_Info(settings_), 0);
-        Words all = read();
         PlatformText second;
         fetchText(second, wifi_ap_get_dns_address, settings_->apHandle, 2, 1);
-        all.emplace_back(second ? second.get() : "");
-        return all;
+        return readWith(second);
+    }
+    // What the log says of an operation, and of what is due after it.
+    static std::string logOf(void (*operation)()) {
+        std::string message;
+        EXPECT_TRUE(logging::setLevel("debug", message)) << message;
+        testing::internal::CaptureStderr();
+        operation();
+        MainLoop::settle();
+        EXPECT_TRUE(logging::setLevel("warning", message)) << message;
+        return testing::internal::GetCapturedStderr();
     }
 
     const Words defaults_{"02:00:5E:20:00:AA", "::", "0", "::", "::"};
-    const Words given_{"02:00:5E:20:00:06", kFull, "64", "fe80::1", "2001:db8:2::53", ""};
+    const Words given_{"02:00:5E:20:00:06", full_, "64", "fe80::1", "2001:db8:1::53", ""};
 };
 
-TEST_F(WifiSettingsAdapter, FindsAccessPointsByTheirNames) {
-    openWifi();
+TEST_F(Wifi, IsFoundByItsName) {
     EXPECT_EQ(live()[0], "02:00:5E:20:00:05") << "the first of the name";
     for (const char* last : {"1", "2", "1"}) {
         name(kLongName + last);
@@ -65,8 +63,8 @@ TEST_F(WifiSettingsAdapter, FindsAccessPointsByTheirNames) {
     EXPECT_STREQ(Get_Wireless_DNS_Config_Type("Nobody"), kAutomaticMode);
 }
 
-TEST_F(WifiSettingsAdapter, KeepsWhatItCannotReadAnew) {
-    openOneHome();
+TEST_F(Wifi, KeepsWhatItCannotReadAnew) {
+    removeTheOther();
     EXPECT_EQ(live(), given_);
     for (const char* call : {"wifi_ap_get_ip_address", "wifi_ap_get_prefix_length", "wifi_ap_get_gateway_address",
                              "wifi_ap_get_dns_address"}) {
@@ -88,30 +86,29 @@ TEST_F(WifiSettingsAdapter, KeepsWhatItCannotReadAnew) {
     EXPECT_EQ(Get_AP_Connection_Info(settings_), -1);
 }
 
-TEST_F(WifiSettingsAdapter, WritesToEveryoneOfTheNameWhateverIsRefused) {
-    const char *address = "2001:db8:9::9", *gateway = "2001:db8:9::1", *server = "2001:db8:9::53";
+TEST_F(Wifi, WritesToEveryoneOfTheNameWhateverIsRefused) {
     const std::pair<const char*, Words> cases[] = {
-        {"wifi_get_mac_address", {given_[0], address, "44", gateway, server, server}},
-        {"wifi_ap_set_ip_address", {given_[0], kFull, "64", "fe80::1", server, server}},
-        {"wifi_ap_set_prefix_length", {given_[0], address, "64", gateway, server, server}},
-        {"wifi_ap_set_gateway_address", {given_[0], address, "44", "fe80::1", server, server}},
-        {"wifi_ap_set_dns_address", {given_[0], address, "44", gateway, given_[4], ""}},
+        {"wifi_get_mac_address", {given_[0], address_, "44", gateway_, server_, server_}},
+        {"wifi_ap_set_ip_address", {given_[0], full_, "64", "fe80::1", server_, server_}},
+        {"wifi_ap_set_prefix_length", {given_[0], address_, "64", gateway_, server_, server_}},
+        {"wifi_ap_set_gateway_address", {given_[0], address_, "44", "fe80::1", server_, server_}},
+        {"wifi_ap_set_dns_address", {given_[0], address_, "44", gateway_, given_[4], ""}},
     };
-    const sglobalIPValues wanted = values("300", "Home");  // of which eight bits count
+    const sglobalIPValues wanted = values("300");  // of which eight bits count
     for (const auto& [call, expected] : cases) {
-        openWifi();
+        openWith("Home");
         Set_Wireless_IP_Config_Type(kSwitchToManual, settings_);
         Set_Wireless_DNS_Config_Type(kSwitchToManual, settings_);
         fail(call);
         EXPECT_EQ(Set_AP_Connection_Info(&wanted), 1);
         say({"no-faults"});
-        say({"wifi", "vanish", "Home"});
+        removeTheOther();
         EXPECT_EQ(live(), expected) << call;
     }
 }
 
-TEST_F(WifiSettingsAdapter, WritesBothServersAndTellsThemAsItsCallersExpect) {
-    openOneHome();
+TEST_F(Wifi, WritesBothServersAndTellsThemAsItsCallersExpect) {
+    removeTheOther();
     Set_Wireless_DNS_Config_Type(kSwitchToManual, settings_);
     EXPECT_STREQ(Get_Wireless_DNS_Config_Type("Home"), kManualMode);
     EXPECT_EQ(Set_Wireless_Dns_Address("Home", "2001:db8:9::54"), 1);
@@ -128,8 +125,7 @@ TEST_F(WifiSettingsAdapter, WritesBothServersAndTellsThemAsItsCallersExpect) {
     EXPECT_FALSE(GetWifiDnsAddress(settings_, &dns)) << "manual again, and neither server is left";
 }
 
-TEST_F(WifiSettingsAdapter, AnUnreadableNameEndsAChangeButNotTheReading) {
-    openWifi();
+TEST_F(Wifi, AnUnreadableNameEndsAChangeButNotTheReading) {
     EXPECT_EQ(Set_AP_Connection_Info(nullptr), -1);
     fail("wifi_ap_get_essid", "1");
     EXPECT_EQ(live()[0], "02:00:5E:20:00:05") << "the search for values goes on";
@@ -138,31 +134,64 @@ TEST_F(WifiSettingsAdapter, AnUnreadableNameEndsAChangeButNotTheReading) {
     Set_Wireless_IP_Config_Type(kSwitchToManual, settings_);
     EXPECT_EQ(settings_->apHandle, nullptr);
     fail("wifi_foreach_found_aps");
-    const sglobalIPValues wanted = values("56", "Home");
+    const sglobalIPValues wanted = values("56");
     EXPECT_EQ(Set_AP_Connection_Info(&wanted), -1);
 }
 
-TEST_F(WifiSettingsAdapter, CutsLongHardwareAddressesAndPassesHiddenNames) {
-    open(R"({"unchecked": true, "interfaces": [], "profiles": [],
-      "wifi": {"mac": "device-0123456789abcdef0123456789", "accessPoints": [
-        {"essid": "", "rssi": -50, "security": "none", "bssid": "hidden"},
-        {"essid": "Home", "rssi": -60, "security": "none", "bssid": "access-point-0123456789abcdef0123456789"}]},
-      "gateway": {"result": "NONE"}, "internet": {"result": "NONE"}})");
-    ASSERT_EQ(wifi_initialize(), 0);
-    name("Home");
+TEST_F(Wifi, CutsLongHardwareAddresses) {
+    name(kLongName + "1");
     EXPECT_EQ(live()[0], "access-point-0123456789abcdef01");
     fail("wifi_ap_get_bssid");
+    say({"wifi", "mac", "device-0123456789abcdef0123456789"});
     EXPECT_EQ(live()[0], "device-0123456789abcdef01234567");
 }
 
-TEST_F(WifiSettingsAdapter, NamesTheConnectedAccessPointOrTheStoredOne) {
-    openWifi();
+TEST_F(Wifi, NamesTheConnectedAccessPointOrTheStoredOne) {
     EXPECT_STREQ(Get_Connected_AP_Name("Stored").get(), "Home");
     EXPECT_EQ(Get_Connected_AP_Name(nullptr), nullptr);
     fail("wifi_ap_get_essid", "1");
     EXPECT_STREQ(Get_Connected_AP_Name("Stored").get(), "Stored");
     say({"wifi", "lose"});
     EXPECT_STREQ(Get_Connected_AP_Name("Stored").get(), "Stored");
+}
+
+TEST_F(Wifi, IsInitialisedOnce) {
+    EXPECT_EQ(wifi_init(), 3);
+    wlan_manager_deregister_cbs();
+    EXPECT_EQ(wifi_init(), 0);
+}
+
+TEST_F(Wifi, ScansAndDisconnectsWhenAsked) {
+    const std::string log = logOf([] {
+        EXPECT_TRUE(Is_Connected_AP());
+        Scan_Wifi();
+        MW_DisconnectAP();
+    });
+    EXPECT_FALSE(Is_Connected_AP());
+    const std::string refused = logOf([] {
+        MW_DisconnectAP();
+        proxy_changed_callback("192.0.2.1", nullptr, nullptr);
+    });
+    for (const auto& [text, part] :
+         {std::pair{log, "Scan callback Success"}, std::pair{log, "Wi-Fi Disconnection Succeeded"},
+          std::pair{refused, "Fail to get connected AP NO_CONNECTION"},
+          std::pair{refused, "Proxy changed callback, IPv4 address : 192.0.2.1, IPv6 address : NULL"}})
+        EXPECT_NE(text.find(part), std::string::npos) << part << '\n' << text;
+}
+
+TEST_F(Wifi, TellsOfTheAccessPointOfExactlyThatName) {
+    const sGlobalIPInfo* info = createGlobalIPInfo();
+    removeTheOther();
+    EXPECT_EQ(get_ap_info("Home"), 1);
+    EXPECT_EQ(info->global_IP_ADDRESS, full_);
+    EXPECT_STREQ(info->global_MAC_ADDRESS, "02:00:5E:20:00:06");
+    EXPECT_EQ(get_ap_info("Hom"), 1);
+    EXPECT_EQ(strength_signal, -71) << "a part of a name is no match";
+    EXPECT_EQ(wifi_security_type, kSecuredNetwork);
+    EXPECT_EQ(get_ap_info(nullptr), 1);
+    EXPECT_STREQ(info->global_IP_ADDRESS, "::") << "without a name the addresses are reset";
+    EXPECT_EQ(Get_Mac_Address(), 1);
+    EXPECT_STREQ(info->global_MAC_ADDRESS, "02:00:5E:20:00:AA");
 }
 
 }  // namespace
