@@ -75,7 +75,6 @@ TEST(KeyboardEditing, KeysInsertOrDeleteAtTheCursor) {
     } steps[] = {
         {"200", 3, '1', {"2001:", 5}},
         {"201", 2, '0', {"2001", 3}},  // inside the text no colon comes along
-        {"fe8", 3, ':', {"fe8:", 4}},
         {"12345", 5, '6', {"123456:", 7}},
         {"2001:0db8:0000:0000:0000:0000:000", 33, '0', {sevenGroups, 35}},
         {sevenGroups + "00a", 38, 'b', {sevenGroups + "00ab", 39}},
@@ -89,7 +88,6 @@ TEST(KeyboardEditing, KeysInsertOrDeleteAtTheCursor) {
         {"20", -5, '1', {"120", 1}},
         {"20", 99, '1', {"201", 3}},
         {"20", -1, kBackspace, {"20", 0}},
-        {"20", 99, kBackspace, {"2", 1}},
     };
     for (const auto& [text, cursor, key, expected] : steps) {
         EXPECT_EQ(key == kBackspace ? deleteBeforeCursor(text, cursor) : insertCharacter(text, cursor, key), expected)
@@ -199,6 +197,8 @@ TEST_F(KeyboardCalls, OnlyOneSmallPopupAtATime) {
     Evas_Object* const message = keyboard->popupMessage;
     ASSERT_NE(message, nullptr);
     showPopup(keyboard, "title", "another");
+    click(kKey7);
+    EXPECT_EQ(text(), "fe80::1") << "the keys are off";
     _discard_button_cb(keyboard, keyboard->popup, nullptr);
     EXPECT_EQ(keyboard->popupMessage, message);
     EXPECT_EQ(keyboard->cancelPopupMsg, nullptr);
