@@ -155,13 +155,10 @@ TEST_F(Wifi, NamesTheConnectedAccessPointOrTheStoredOne) {
     EXPECT_STREQ(Get_Connected_AP_Name("Stored").get(), "Stored");
 }
 
-TEST_F(Wifi, IsInitialisedOnce) {
+TEST_F(Wifi, IsInitialisedOnceScansAndDisconnectsWhenAsked) {
     EXPECT_EQ(wifi_init(), 3);
     wlan_manager_deregister_cbs();
     EXPECT_EQ(wifi_init(), 0);
-}
-
-TEST_F(Wifi, ScansAndDisconnectsWhenAsked) {
     const std::string log = logOf([] {
         EXPECT_TRUE(Is_Connected_AP());
         Scan_Wifi();
