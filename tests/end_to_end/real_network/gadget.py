@@ -43,13 +43,6 @@ class Gadget:
         self.transcript += more.decode()
         return bool(more)
 
-    def close(self):
-        """Closes the gadget as a user does. Returns how the host ended; a negative number is a signal."""
-        self.do('expect focus "Close" within 5')
-        self.do("key Return")
-        self.do("expect closed within 5")
-        return self.end()
-
     def end(self):
         """Waits for the end of a host whose gadget has closed."""
         self.host.stdin.close()

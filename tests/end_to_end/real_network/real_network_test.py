@@ -32,25 +32,10 @@ STAGE_TWO = 'expect picture "network_popup_connect_5.png" within 20'
 class RealNetwork(unittest.TestCase):
     def setUp(self):
         self.network = tv_network.set_up()
-        self.gadget = None
-        self.addCleanup(self.tell)
-
-    def tell(self):
-        if self._outcome.success:
-            return
-        self.network.logs()
-
-    def connect(self):
-        self.network.advertisements(True)
-        self.network.network_manager(True)
-        tv_network.wait_until(self.network.connected, "NetworkManager's connection")
+        self.addCleanup(lambda: self._outcome.success or self.network.logs())
 
     def open_gadget(self):
         self.gadget = Gadget(os.environ["GADGET_HOST"], self.network.folder)
-        self.gadget.do(CHECKING)
-
-    def close_gadget(self):
-        self.assertEqual(self.gadget.close(), 0, "how the host ended")
 
     def sees(self, *lines):
         for line in lines:
@@ -90,100 +75,76 @@ class RealNetwork(unittest.TestCase):
         self.type_address("DNS server", "2001:db8:7:1::53")
         self.sees("key Down", 'expect focus exactly "OK" within 1', "key Return")
 
+    def give_up_a_mode(self, *way_out):
+        """Changes the mode in the settings, which the network follows at once, and leaves without storing it."""
+        self.sees("key Return", 'expect focus "Enter manually" within 2', "key Up", "key Return",
+                  'expect focus "IP settings Obtain automatically" within 2')
+        tv_network.wait_until(lambda: self.profile()["ipv6.method"] == "auto", "the mode's change")
+        self.sees(*way_out)
+        tv_network.wait_until(lambda: self.profile() == MANUAL, "the way back")
+
     def test_manual_settings(self):
-        self.connect()
+        self.network.advertise()
+        self.network.network_manager(True)
+        self.network.wait_for_connection()
         self.assertEqual(self.profile(), AUTOMATIC)
         self.open_gadget()
-        self.gadget.do(SUCCESS)
+        self.sees(CHECKING, SUCCESS)
         self.set_manual()
         self.sees(CHECKING, SUCCESS)
         self.assertEqual(self.profile(), MANUAL)
         self.assertIn("2001:db8:7:1::42/80", self.addresses())
-        # A mode that is changed and given up again leaves the network as it was.
-        self.sees(*OPEN_SETTINGS, "key Return", 'expect focus "Enter manually" within 2', "key Up", "key Return",
-                  'expect focus "IP settings Obtain automatically" within 2')
-        tv_network.wait_until(lambda: self.profile()["ipv6.method"] == "auto", "the mode's change")
-        self.sees("key Escape", CHECKING)
-        tv_network.wait_until(lambda: self.profile() == MANUAL, "the way back")
-        self.gadget.do(SUCCESS)
-        self.assertIn("2001:db8:7:1::42/80", self.addresses())
-        # So does a gadget that closes with the change on the screen.
-        self.sees(*OPEN_SETTINGS, "key Return", 'expect focus "Enter manually" within 2', "key Up", "key Return",
-                  'expect focus "IP settings Obtain automatically" within 2', "key F10", "expect closed within 5")
-        self.assertEqual(self.gadget.end(), 0, "how the host ended")
-        self.assertEqual(self.profile(), MANUAL)
-
-    def test_killed_in_the_middle_of_an_edit(self):
-        self.connect()
-        self.open_gadget()
-        self.gadget.do(SUCCESS)
-        self.set_manual()
-        self.sees(CHECKING, SUCCESS, *OPEN_SETTINGS, "key Down", "key Return", 'expect focus "Done" within 2', "key a")
+        self.sees(*OPEN_SETTINGS, "key Down", "key Return", 'expect focus "Done" within 2', "key a")
         self.gadget.host.kill()
         self.gadget.host.wait()
         self.assertEqual(self.profile(), MANUAL)
         self.open_gadget()
-        self.sees(SUCCESS, *OPEN_SETTINGS, 'expect "Enter manually"', 'expect exactly "2001:db8:7:1::42"',
-                  'expect exactly "80"', 'expect exactly "2001:db8:7:1::53"', "key Escape", CHECKING, SUCCESS)
-        self.close_gadget()
+        self.sees(CHECKING, SUCCESS, *OPEN_SETTINGS, 'expect "Enter manually"', 'expect exactly "2001:db8:7:1::42"',
+                  'expect exactly "80"', 'expect exactly "2001:db8:7:1::53"')
+        self.give_up_a_mode("key Escape", CHECKING)
+        self.sees(SUCCESS, *OPEN_SETTINGS)
+        self.assertIn("2001:db8:7:1::42/80", self.addresses())
+        self.give_up_a_mode("key F10", "expect closed within 5")
+        self.assertEqual(self.gadget.end(), 0, "how the host ended")
 
-    def test_success(self):
-        self.connect()
+    def test_failures(self):
+        self.network.network_manager(True)
+        tv_network.wait_until(lambda: self.network.state() > "50", "NetworkManager's taking over the link")
         self.open_gadget()
-        self.sees(SUCCESS)
-        self.close_gadget()
+        self.sees(CHECKING, FAILED, GATEWAY_NOT_REACHED, f"expect-gone {CABLE_ADVICE}")  # nobody advertises a router
 
-    def test_gateway_gone(self):
-        self.connect()
-        self.open_gadget()
+        self.network.advertise()
+        self.network.wait_for_connection()
+        self.sees(*RETRY, CHECKING)
         self.network.gateway(answers=False)
         self.sees(FAILED, GATEWAY_NOT_REACHED, f"expect-gone {CABLE_ADVICE}")
-        self.close_gadget()
+        self.network.gateway(answers=True)
 
-    def test_internet_gone(self):
-        self.connect()
         self.network.internet(answers=False)
-        self.open_gadget()
-        self.sees(f"expect {INTERNET_ADVICE} within 20")
+        self.sees(*RETRY, CHECKING, f"expect {INTERNET_ADVICE} within 20")
         self.network.internet(answers=True)
-        self.sees(*RETRY, CHECKING, SUCCESS)
-        self.close_gadget()
 
-    def test_no_router_advertisement(self):
-        self.network.network_manager(True)
-        tv_network.wait_until(self.network.managed, "NetworkManager's taking over the link")
-        self.open_gadget()
-        self.sees(FAILED, GATEWAY_NOT_REACHED, f"expect-gone {CABLE_ADVICE}")
-        self.close_gadget()
-
-    def test_cable_pulled_in_stage_one(self):
-        self.connect()
-        self.open_gadget()
+        self.sees(*RETRY, CHECKING)
         self.network.cable(plugged=False)
         self.sees(f"expect {CABLE_ADVICE} within 10")
         self.network.cable(plugged=True)
-        tv_network.wait_until(self.network.connected, "the connection after the cable is back")
-        self.sees(*RETRY, CHECKING, SUCCESS)
-        self.close_gadget()
+        self.network.wait_for_connection()
 
-    def test_cable_pulled_in_stage_two(self):
-        self.connect()
         self.network.processes["internet"].send_signal(signal.SIGSTOP)  # stage two waits for its answer
-        self.open_gadget()
-        self.sees(STAGE_TWO)
+        self.sees(*RETRY, CHECKING, STAGE_TWO)
         self.network.cable(plugged=False)
         self.sees(f"expect {CABLE_ADVICE} within 5")
-        self.close_gadget()
+        self.network.processes["internet"].send_signal(signal.SIGCONT)
+        self.network.cable(plugged=True)
+        self.network.wait_for_connection()
 
-    def test_network_manager_stopped(self):
-        self.connect()
-        self.open_gadget()
+        self.sees(*RETRY, CHECKING)
         self.network.network_manager(running=False)
         self.sees(FAILED, f"expect-gone {CABLE_ADVICE}", 'expect-gone "no valid MAC address"')
         self.network.network_manager(running=True)
-        tv_network.wait_until(self.network.connected, "the daemon's connection")
-        self.sees(*RETRY, CHECKING, SUCCESS)
-        self.close_gadget()
+        self.network.wait_for_connection()
+        self.sees(*RETRY, CHECKING, SUCCESS, 'expect focus "Close" within 5', "key Return", "expect closed within 5")
+        self.assertEqual(self.gadget.end(), 0, "how the host ended")
 
 
 def main():

@@ -1,14 +1,16 @@
 #!/usr/bin/python3
 """A TV's network on one machine: the TV with its own NetworkManager, a cable, and a router with an internet behind it.
 
-    tv_network.py run COMMAND…     runs the command on the TV side and exits with its status, or 77 with the reason
-                                   where the machine refuses namespaces
+    tv_network.py run COMMAND…              runs the command on the TV side and exits with its status, or 77 with the
+                                            reason where the machine refuses namespaces
+    tv_network.py play TEMPLATE COMMAND…    the same with python3-dbusmock in NetworkManager's place
 
 Everything lives in namespaces without names: when the command ends, the kernel takes the processes, the links and the
 mounts away, also after a crash. NetworkManager gets a private bus at the usual socket, so no program on the TV side needs
 to be told of it. Commands can change the network through Controls (see below) or, in other languages, through the
 variable TV_ROUTER_PID and nsenter(1).
 """
+import importlib.util
 import os
 import pathlib
 import shutil
@@ -77,8 +79,10 @@ ADVERTISEMENTS = f"""\
 interface {ROUTER_LINK} {{
   AdvSendAdvert on;
   AdvDefaultLifetime 1800;
-  MinRtrAdvInterval 3;
-  MaxRtrAdvInterval 4;
+  AdvIntervalOpt on;  # allows what mobile networks may: several advertisements in a second
+  MinRtrAdvInterval 0.3;
+  MaxRtrAdvInterval 0.5;
+  MinDelayBetweenRAs 0.03;
   prefix {PREFIX}::/64 {{ AdvOnLink on; AdvAutonomous on; }};
   RDNSS {ROUTER_ADDRESS} {{ AdvRDNSSLifetime 1800; }};
 }};
@@ -102,7 +106,7 @@ class Controls:
     """What can be done to the network from outside. Each call returns when the kernel or the daemon has it."""
 
     def __init__(self, folder):
-        self.folder = pathlib.Path(folder)
+        self.folder = folder
         self.processes = {}
         self.router = None
 
@@ -119,61 +123,53 @@ class Controls:
             self.processes[name] = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
 
     def stop(self, name):
-        process = self.processes.pop(name, None)
-        if process is not None:
-            process.terminate()
-            process.wait()
+        process = self.processes.pop(name)
+        process.terminate()
+        process.wait()
 
     def cable(self, plugged):
         self.on_router("ip", "link", "set", ROUTER_LINK, "up" if plugged else "down")
-        if plugged:  # the kernel dropped the addresses with the link
-            self.router_addresses()
-
-    def router_addresses(self):
-        for address, link in ((f"{ROUTER_ADDRESS}/64", ROUTER_LINK), (f"{INTERNET_ADDRESS}/128", "lo")):
-            self.on_router("ip", "-6", "address", "replace", address, "dev", link, "nodad")
+        self.gateway(plugged)
 
     def gateway(self, answers):
         """A router whose link is up, but that no longer answers anything, neighbour discovery included."""
         self.router_setting(f"{ROUTER_LINK}/disable_ipv6", 0 if answers else 1)
-        if answers:
-            self.router_addresses()
+        if answers:  # the kernel dropped the addresses
+            for address, link in ((f"{ROUTER_ADDRESS}/64", ROUTER_LINK), (f"{INTERNET_ADDRESS}/128", "lo")):
+                self.on_router("ip", "-6", "address", "replace", address, "dev", link)
 
-    def advertisements(self, sent):
-        if not sent:
-            self.stop("radvd")
-            return
+    def advertise(self):
         self.start("radvd", "radvd", "-n", "-m", "stderr", "-C", str(self.folder / "radvd.conf"), "-p",
                    str(self.folder / "radvd.pid"), router=True)
 
     def internet(self, answers):
         if not answers:
-            self.stop("internet")
-            return
+            return self.stop("internet")
         self.start("internet", sys.executable, str(HERE / "internet.py"), INTERNET_ADDRESS, router=True)
-        wait_until(self.internet_listens, "the web server's start")
-
-    def internet_listens(self):
-        return f"[{INTERNET_ADDRESS}]:80" in self.on_router("ss", "-Hltn6").stdout
+        wait_until(lambda: f"[{INTERNET_ADDRESS}]:80" in self.on_router("ss", "-Hltn6").stdout, "the web server's start")
 
     def network_manager(self, running):
         if not running:
-            self.stop("NetworkManager")
-            return
+            return self.stop("NetworkManager")
+        empty = str(self.folder / "empty")
         self.start("NetworkManager", "NetworkManager", "--debug", "--log-level=INFO", "--config",
-                   str(self.folder / "NetworkManager.conf"), "--config-dir", str(self.folder / "empty"),
-                   "--system-config-dir", str(self.folder / "empty"), "--state-file", str(self.folder / "state"))
+                   str(self.folder / "NetworkManager.conf"), "--config-dir", empty, "--system-config-dir", empty,
+                   "--state-file", str(self.folder / "state"))
 
-    def connected(self):
-        """Whether NetworkManager has the wired profile up with a global address and knows IPv6 connectivity."""
-        shown = subprocess.run(["nmcli", "-t", "-g", "GENERAL.STATE,IP6.ADDRESS,GENERAL.IP6-CONNECTIVITY", "device",
-                                "show", TV_LINK], capture_output=True, text=True).stdout.replace("\\", "")
-        return shown.startswith("100 ") and PREFIX in shown and "full" in shown
+    def play(self, template):
+        self.start("dbusmock", sys.executable, "-m", "dbusmock", "--system", "--template", template)
+        importlib.import_module("dbusmock").DBusTestCase.wait_for_bus_object(
+            "org.freedesktop.NetworkManager", "/org/freedesktop", system_bus=True)
 
-    def managed(self):
-        shown = subprocess.run(["nmcli", "-t", "-g", "GENERAL.STATE", "device", "show", TV_LINK],
-                               capture_output=True, text=True).stdout
-        return shown[:3].strip().isdigit() and int(shown.split()[0]) > 30
+    def state(self):
+        """NetworkManager's state of the link, its addresses and whether IPv6 reaches the internet; "" without it."""
+        return subprocess.run(["nmcli", "-t", "-g", "GENERAL.STATE,IP6.ADDRESS,GENERAL.IP6-CONNECTIVITY", "device",
+                               "show", TV_LINK], capture_output=True, text=True).stdout.replace("\\", "")
+
+    def wait_for_connection(self):
+        def connected(state):
+            return state.startswith("100 ") and PREFIX in state and "full" in state
+        wait_until(lambda: connected(self.state()), "NetworkManager's connection")
 
     def logs(self):
         for file in sorted(self.folder.glob("*.log")):
@@ -181,15 +177,11 @@ class Controls:
             print(f"--- {file.name}", *lines, sep="\n", file=sys.stderr)
 
 
-def mount_points():
-    lines = pathlib.Path("/proc/self/mountinfo").read_text().splitlines()
-    return [line.split()[4] for line in lines if "shared:" in line]
-
-
 def private_mounts(folder):
     """The daemon must meet no state of an earlier run, and a /sys that shows this namespace and is read-only."""
-    for place in mount_points():
-        run("mount", "--make-private", place)
+    for mount in pathlib.Path("/proc/self/mountinfo").read_text().splitlines():
+        if "shared:" in mount:
+            run("mount", "--make-private", mount.split()[4])
     run("mount", "-t", "sysfs", "-o", "ro", "sysfs", "/sys")
     for place in ("/run", "/var/lib/NetworkManager"):
         run("mount", "-t", "tmpfs", "tmpfs", place)
@@ -214,6 +206,9 @@ def bring_up(controls):
     controls.router = subprocess.Popen(["unshare", "--net", "sleep", "infinity"])
     own = os.readlink("/proc/self/ns/net")
     wait_until(lambda: os.readlink(f"/proc/{controls.router.pid}/ns/net") != own, "the router's namespace")
+    for setting in ("default/dad_transmits", "default/accept_dad"):  # nobody else has an address here
+        pathlib.Path("/proc/sys/net/ipv6/conf", setting).write_text("0")
+        controls.router_setting(setting, 0)
     run("ip", "link", "add", TV_LINK, "type", "veth", "peer", "name", ROUTER_LINK, "netns", str(controls.router.pid))
     controls.router_setting("all/forwarding", 1)
     controls.on_router("ip", "link", "set", "lo", "up")
@@ -227,6 +222,8 @@ def refusal():
     """Why this machine cannot have such a network, or None."""
     missing = [tool for tool in ("setpriv", "unshare", "nsenter", "ip", "ss", "radvd", "dbus-daemon", "NetworkManager",
                                  "nmcli") if shutil.which(tool) is None]
+    if "play" in sys.argv and importlib.util.find_spec("dbusmock") is None:
+        missing.append("python3-dbusmock")
     if missing:
         return f"not installed: {' '.join(missing)}"
     probe = subprocess.run([*namespaces(), "true"], capture_output=True, text=True)
@@ -237,8 +234,9 @@ def namespaces():
     """In a chroot the root may be no mount, whose propagation unshare(1) cannot change; set_up() does it there."""
     mounts = pathlib.Path("/proc/self/mountinfo").read_text().splitlines()
     root_is_mount = any(line.split()[4] == "/" for line in mounts)
-    return ["setpriv", "--pdeathsig", "KILL", "unshare", *([] if os.geteuid() == 0 else ["--map-root-user"]), "--mount", "--pid", "--net", "--fork",
-            "--kill-child", "--propagation", "private" if root_is_mount else "unchanged", "--mount-proc"]
+    return ["setpriv", "--pdeathsig", "KILL", "unshare", *([] if os.geteuid() == 0 else ["--map-root-user"]), "--mount",
+            "--pid", "--net", "--fork", "--kill-child", "--propagation", "private" if root_is_mount else "unchanged",
+            "--mount-proc"]
 
 
 def enter(script, arguments):
@@ -259,33 +257,32 @@ def enter(script, arguments):
 
 def set_up():
     """Inside the namespaces: the network, with router advertisements and NetworkManager still to be started."""
-    folder = pathlib.Path(os.environ["TV_NETWORK_FOLDER"])
-    private_mounts(folder)
-    write_configuration(folder)
-    controls = Controls(folder)
+    controls = Controls(pathlib.Path(os.environ["TV_NETWORK_FOLDER"]))
+    private_mounts(controls.folder)
+    write_configuration(controls.folder)
     bring_up(controls)
     return controls
 
 
-def run_on_tv(command):
+def main():
+    if len(sys.argv) < 3 or sys.argv[1] not in ("run", "play"):
+        print(textwrap.dedent(__doc__), file=sys.stderr)
+        return 2
+    if "TV_NETWORK_FOLDER" not in os.environ:
+        return enter(__file__, sys.argv[1:])
     controls = set_up()
-    controls.advertisements(True)
-    controls.network_manager(True)
+    command = sys.argv[2:]
     try:
-        wait_until(controls.connected, "NetworkManager's connection")
+        if sys.argv[1] == "play":
+            controls.play(command.pop(0))
+        else:
+            controls.advertise()
+            controls.network_manager(True)
+            controls.wait_for_connection()
     except TimeoutError:
         controls.logs()
         raise
     return subprocess.run(command, env={**os.environ, "TV_ROUTER_PID": str(controls.router.pid)}).returncode
-
-
-def main():
-    if len(sys.argv) < 3 or sys.argv[1] != "run":
-        print(textwrap.dedent(__doc__), file=sys.stderr)
-        return 2
-    if "TV_NETWORK_FOLDER" in os.environ:
-        return run_on_tv(sys.argv[2:])
-    return enter(__file__, sys.argv[1:])
 
 
 if __name__ == "__main__":
