@@ -49,11 +49,7 @@ TEST_F(WiredSettings, ReadsTheLiveValuesOrDefaults) {
     EXPECT_STREQ(PlatformText(dns).get(), "2001:db8:1::53");
 
     const Words defaults{all[0], "::", "0", "::", "::"};
-    const struct {
-        const char* call;
-        int result;
-        Words read;
-    } cases[] = {
+    const std::tuple<const char*, int, Words> cases[] = {
         {"connection_get_profile_iterator", 14, defaults},
         {"connection_profile_iterator_next", 14, defaults},
         {"connection_profile_get_type", 14, defaults},

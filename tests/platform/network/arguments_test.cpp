@@ -181,7 +181,6 @@ TEST_F(Arguments, FailToOpenWhenAScenarioWantsIt) {
     EXPECT_EQ(wifi_initialize(), 0);
     // The two error tables have numbers of their own for the same names.
     for (const auto& [name, number] : {std::pair{"OPERATION_FAILED", WIFI_ERROR_OPERATION_FAILED},
-                                       {"ALREADY_EXISTS", WIFI_ERROR_ALREADY_EXISTS},
                                        {"WPS_OVERLAP", WIFI_ERROR_WPS_OVERLAP},
                                        {"TCP_SYN_TIMEOUT", WIFI_ERROR_OPERATION_FAILED},
                                        {"-29687031", WIFI_ERROR_SECURITY_RESTRICTED}}) {

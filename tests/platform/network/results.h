@@ -21,6 +21,11 @@ inline void record(int result, void* userData) {
     results->then();
 }
 
+// "IPv4 IPv6" of a change of address, at the end of the texts.
+inline void recordAddress(const char* ipv4, const char* ipv6, void* texts) {
+    static_cast<std::vector<std::string>*>(texts)->push_back(std::string(ipv4) + " " + ipv6);
+}
+
 inline std::string take(char* text) {
     std::string copy = text == nullptr ? "" : text;
     std::free(text);
