@@ -26,23 +26,23 @@ REPORT = ROOT / "build" / "faults.json"
 
 # Which tests look at a folder or unit first; the others follow when these find nothing.
 NEAR = [
-    ("src/Common/IPv6", "Ipv6Address|Keyboard|Settings"),
-    ("src/Common/Status_Store", "Seeding|Settings|Keyboard"),
+    ("src/Common/IPv6", "Ipv6Address|fuzz-corpus.address|Keyboard"),
+    ("src/Common/Status_Store", "StoreSeeding|Settings"),
     ("src/Common/", "Utilities|OutsideText|Records|KeyboardCalls|RunControl|Closing"),
-    ("src/MW_CAPI/MWCapi", "SettingsAdapter|Settings"),
+    ("src/MW_CAPI/MWCapi", "WiredSettings|Wifi\\.|Settings"),
     ("src/MW_CAPI/Capi", "Settings"),
-    ("src/MW_CAPI/", "WirelessAdapter|Verdict|FailingCalls|Timeline|Wireless"),
+    ("src/MW_CAPI/", "Wifi\\.|Verdict|FailingCalls|CheckTimeline|Wireless"),
     ("src/View/Keyboard", "Keyboard"),
     ("src/View/Custom", "Keyboard"),
     ("src/View/IP", "Settings|Popup"),
-    ("src/View/", "Verdict|Timeline|Closing|Entry|RunControl|Wireless"),
-    ("platform/store", "Values|Damage|Disk|Processes|StoreTest"),
+    ("src/View/", "Verdict|CheckTimeline|Closing|Entry|RunControl|Wireless"),
+    ("platform/store", "Values|Damage|Disk|Processes|Power|fuzz-corpus.store"),
     ("platform/log", "^Log"),
-    ("platform/host", "Table/|Script|Dump|Picture|Window|Help|KeyboardMapping|Clock|Languages"),
+    ("platform/host", "Runs|Script|Dump|Picture|Help|RemoteKeys|KeyboardMapping|fuzz-corpus.script"),
     ("platform/voice", "VoiceControl"),
-    ("platform/network/networkmanager", "NetworkManager|WifiMock|Mock|Address|Neighbour|Profile|RealNetwork"),
-    ("platform/network/simulated", "Scenario|ScriptCommands|Simulated|WifiRadio|ConnectionSettings"),
-    ("platform/network", "Connection|Wifi"),
+    ("platform/network/networkmanager", "NetworkManager|Address|Neighbour|RealNetwork"),
+    ("platform/network/simulated", "Scenario|Simulated|WifiRadio|fuzz-corpus.scenario"),
+    ("platform/network", "Connection|Arguments|Simulated|WifiRadio"),
 ]
 # Whole machines' worth of set-up: only for faults in what nothing else drives.
 SLOW = "RealNetwork|NetworkManager.Live"

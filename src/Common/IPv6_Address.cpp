@@ -3,7 +3,6 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
@@ -118,20 +117,16 @@ bool ipv6Address_optimization(char* address) {
 }
 
 template <bool kHeard>
-bool isValid(std::string_view text) {
+bool ipv6Address_validation(char* address) {
+    if (!address) return false;
+    const std::string_view text(address, strnlen(address, kLongestAddress));
     if (text.size() < kShortestAddress) return false;
     if (text.front() == ':' || text.back() == ':') return false;
     if (!check_colons<kHeard>(text) || !checkGroups<kHeard>(text)) return false;
     LOG_DEBUG_IF(kHeard, "IPv6 address is Valid!!\n");
+    if (!ipv6Address_optimization<kHeard>(address)) return false;
+    LOG_DEBUG_IF(kHeard, "IPv6 address is optimize!! str[%s]\n", address);
     return true;
-}
-
-template <bool kHeard>
-bool checkAndShorten(char* address) {
-    const bool accepted = address && isValid<kHeard>({address, strnlen(address, kLongestAddress)}) &&
-                          ipv6Address_optimization<kHeard>(address);
-    if (accepted) LOG_DEBUG_IF(kHeard, "IPv6 address is optimize!! str[%s]\n", address);
-    return accepted;
 }
 
 }  // namespace
@@ -139,8 +134,8 @@ bool checkAndShorten(char* address) {
 bool ipv6Address_validation(char* address) {
     // Nobody listens to most checks: those take the code without the lines.
     const bool heard = LOG_DEBUG("START\n") > 0;
-    if (!heard) return checkAndShorten<false>(address);
-    const bool accepted = checkAndShorten<true>(address);
+    if (!heard) return ipv6Address_validation<false>(address);
+    const bool accepted = ipv6Address_validation<true>(address);
     LOG_DEBUG("END\n");
     return accepted;
 }

@@ -40,11 +40,9 @@ class AtScopeEnd {
 #define LOG_DEBUG_IF(heard, ...) ((heard) ? static_cast<void>(LOG_DEBUG(__VA_ARGS__)) : static_cast<void>(0))
 
 // Says START where it stands and END when its function is left.
-#define LOG_SCOPE()       \
-    LOG_DEBUG("START\n"); \
-    const AtScopeEnd logScope(__func__, [](const char* function) { NET_LOG(function, DLOG_DEBUG, "END\n"); })
-#define LOG_SCOPE_IF(heard)                                                          \
-    LOG_DEBUG_IF(heard, "START\n");                                                  \
-    const AtScopeEnd logScope(__func__, [unheard = !(heard)](const char* function) { \
-        if (!unheard) NET_LOG(function, DLOG_DEBUG, "END\n");                        \
+#define LOG_SCOPE_IF(heard)                                                             \
+    LOG_DEBUG_IF(heard, "START\n");                                                     \
+    const AtScopeEnd logScope(__func__, [isHeard = bool{heard}](const char* function) { \
+        if (isHeard) NET_LOG(function, DLOG_DEBUG, "END\n");                            \
     })
+#define LOG_SCOPE() LOG_SCOPE_IF(true)
