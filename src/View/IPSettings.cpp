@@ -257,8 +257,9 @@ void _item_sel_cb(void* /*data*/, Evas_Object* list, void* item) {
     sIPSetting* const settings = getObject();
     Elm_Object_Item* const focused = elm_object_focused_item_get(list);
     settings->currentItem = focused ? focused : static_cast<Elm_Object_Item*>(item);
-    openEditor(*settings);
+    // Before the editor opens, so that its first picture is the last one.
     elm_genlist_item_selected_set(static_cast<Elm_Object_Item*>(item), EINA_FALSE);
+    openEditor(*settings);
 }
 
 struct PopupButton {
