@@ -214,44 +214,55 @@ void parseKey(Arguments& arguments, Command& command) {
     };
 }
 
-Outcome clickAt(const Stage& stage, int x, int y) {
+Outcome pointAt(const Stage& stage, int x, int y) {
     Evas* const canvas = evas_object_evas_get(stage.window);
     const auto now = static_cast<unsigned int>(ecore_loop_time_get() * 1000.0);
     evas_event_feed_mouse_in(canvas, now, nullptr);
     evas_event_feed_mouse_move(canvas, x, y, now, nullptr);
-    evas_event_feed_mouse_down(canvas, 1, EVAS_BUTTON_NONE, now, nullptr);
-    evas_event_feed_mouse_up(canvas, 1, EVAS_BUTTON_NONE, now, nullptr);
     return {true, "at " + std::to_string(x) + "," + std::to_string(y)};
 }
 
-Outcome click(const Stage& stage, Evas_Object* object) {
-    const Eina_Rectangle area = host::screen::seenArea(object);
-    return clickAt(stage, area.x + area.w / 2, area.y + area.h / 2);
+Outcome clickAt(const Stage& stage, int x, int y) {
+    Outcome outcome = pointAt(stage, x, y);
+    Evas* const canvas = evas_object_evas_get(stage.window);
+    const auto now = static_cast<unsigned int>(ecore_loop_time_get() * 1000.0);
+    evas_event_feed_mouse_down(canvas, 1, EVAS_BUTTON_NONE, now, nullptr);
+    evas_event_feed_mouse_up(canvas, 1, EVAS_BUTTON_NONE, now, nullptr);
+    return outcome;
 }
 
-Outcome clickText(const Stage& stage, const Wanted& wanted) {
+// What the pointer does at a place of the window, in pixels.
+using PointerAct = Outcome (*)(const Stage& stage, int x, int y);
+
+Outcome onObject(const Stage& stage, Evas_Object* object, PointerAct act) {
+    const Eina_Rectangle area = host::screen::seenArea(object);
+    return act(stage, area.x + area.w / 2, area.y + area.h / 2);
+}
+
+Outcome onText(const Stage& stage, const Wanted& wanted, PointerAct act) {
     const std::vector<host::screen::Text> texts = host::screen::texts(stage.window);
     const host::screen::Text* const found = find(texts, wanted);
-    return found == nullptr ? Outcome{false, "not on the screen"} : click(stage, found->object);
+    return found == nullptr ? Outcome{false, "not on the screen"} : onObject(stage, found->object, act);
 }
 
-Outcome clickPart(const Stage& stage, const std::string& name) {
+Outcome onPart(const Stage& stage, const std::string& name, PointerAct act) {
     for (const host::screen::Part& part : host::screen::parts(stage.window)) {
-        if (part.name == name) return click(stage, part.object);
+        if (part.name == name) return onObject(stage, part.object, act);
     }
     return {false, "not on the screen"};
 }
 
-void parseClick(Arguments& arguments, Command& command) {
+template <PointerAct kAct>
+void parsePointer(Arguments& arguments, Command& command) {
     command.needsGadget = true;
     if (arguments.takeKeyword("part")) {
-        command.act = [name = arguments.take("the part's name")](const Stage& s) { return clickPart(s, name); };
+        command.act = [name = arguments.take("the part's name")](const Stage& s) { return onPart(s, name, kAct); };
     } else if (arguments.takeKeyword("at")) {
         const int x = arguments.takePixels("how far right");
         const int y = arguments.takePixels("how far down");
-        command.act = [x, y](const Stage& s) { return clickAt(s, x, y); };
+        command.act = [x, y](const Stage& s) { return kAct(s, x, y); };
     } else {
-        command.act = [wanted = takeWanted(arguments)](const Stage& s) { return clickText(s, wanted); };
+        command.act = [wanted = takeWanted(arguments)](const Stage& s) { return onText(s, wanted, kAct); };
     }
     arguments.takeWithin(command);
 }
@@ -400,7 +411,8 @@ void parseTry(Arguments& arguments, Command& command) {
 
 constexpr std::array kCommands{
     Row{"key", parseKey},
-    Row{"click", parseClick},
+    Row{"point", parsePointer<pointAt>},
+    Row{"click", parsePointer<clickAt>},
     Row{"expect", parseExpect},
     Row{"expect-gone", parseExpectGone},
     Row{"expect-store", parseExpectStore},

@@ -83,8 +83,9 @@ TEST(RunControl, FocusMovesInRingsAndNeverLeaves) {
         "Down IPv6 settings|Down Retry|Down Close|Up Retry|Up IPv6 settings");
     const std::string two =
         walk("Right Retry|Right Close|Left Retry|Left Close|Down Retry|Down Close|Up Retry|Up Close");
+    const std::string pointed = "point \"Retry\"\nexpect focus \"Retry\"\n";
     for (const char* network : {"gateway-down", "success", "wifi-gateway-down"})
-        play(network, locked + ring + walk("Up Close"));
+        play(network, locked + ring + walk("Up Close") + pointed);
     // Without a cable the settings button keeps the focus on the way up.
     play("pulled-in-stage-one", locked + ring + walk("Up IPv6 settings|Down Retry"));
     for (const char* network : {"mac-all-zero", "wifi-mac-all-zero"})

@@ -54,6 +54,7 @@ TEST(PrefixPopup, StandsOnItsRow) {
     for (const auto& [mode, left, top] : {std::tuple{0, 1252, 468}, {1, 1316, 477}}) {
         HostSetup setup = onSettings(kWiredCase, kManually, kOpenPrefix + walk("6 6|4 64"));
         setup.store.emplace_back("db/menu/system/accessibility/focuszoom", mode);
+        setup.size = "1920x1080";  // the design's own pixels
         EXPECT_EQ(endOf(setup)["buttons"].back()["geometry"], nlohmann::json({left, top, 280, 80}));
     }
 }

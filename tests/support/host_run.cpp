@@ -102,6 +102,7 @@ std::vector<std::string> HostRun::commandLine(const HostSetup& setup) const {
     const std::string network = isFile ? setup.network : file("network.json").string();
     std::vector<std::string> command{HOST_RUN_PROGRAM, "--store", file(kStoreFile), "--network",
                                      "simulated=" + network};
+    if (!setup.size.empty()) command.insert(command.end(), {"--size", setup.size});
     if (!setup.module.empty()) command.insert(command.end(), {"--module", setup.module});
     if (!setup.script.empty()) command.insert(command.end(), {"--script", kScriptFile});
     command.insert(command.end(), setup.arguments.begin(), setup.arguments.end());
