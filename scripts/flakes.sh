@@ -1,20 +1,26 @@
 #!/usr/bin/env bash
 # Runs the whole suite again and again beside two busy processes, in random order and without retries, and counts what
-# failed:  scripts/flakes.sh [RUNS, 50] [PRESET, dev]   (the preset must be built)
-set -uo pipefail
+# failed:  scripts/flakes.sh [RUNS, 50] [PRESET, dev] [COMMAND...]   (the preset must be built)
+# A command such as scripts/random_remote.sh keeps the machine busy in place of two empty loops, which follow it.
+set -uom pipefail # m: a group for each busy job, so that its children end with it
 cd "$(dirname "$0")/.." || exit 1
-runs=${1:-50} preset=${2:-dev} log=$PWD/build/flakes.log busy=()
+runs=${1:-50} preset=${2:-dev} log=$PWD/build/flakes.log
+command=("${@:3}")
 
-for _ in 1 2; do
-    (while :; do :; done) &
-    busy+=($!)
-done
-trap 'kill "${busy[@]}"' EXIT
+spin() { while :; do :; done; }
+keep_busy() {
+    ((${#command[@]} == 0)) || "${command[@]}" >build/flakes-beside.log 2>&1
+    spin &
+    spin
+}
+keep_busy &
+busy=$!
+trap 'kill -- "-$busy"' EXIT
 
 : >"$log"
 for ((run = 1; run <= runs; run++)); do
     start=$SECONDS
-    ctest --preset "$preset" --parallel "$(nproc)" --schedule-random >"build/flakes-$run.log" 2>&1
+    ctest --preset "$preset" --parallel "$(($(nproc) + 1))" --schedule-random >"build/flakes-$run.log" 2>&1
     grep -E '^\s+[0-9]+ - .* \((Failed|Timeout|SEGFAULT|Subprocess aborted|.*Exception.*)\)' "build/flakes-$run.log" |
         sed "s/^ */run $run: /" | tee -a "$log"
     total=$(sed -n 's/.* tests failed out of \([0-9]*\)$/\1/p' "build/flakes-$run.log")

@@ -47,7 +47,6 @@ bool countColons(std::string_view text, ColonCount& count) {
 
 constexpr bool isColonCountValid(const ColonCount& count) {
     if (count.total < 2 || count.total > kGroupSeparators) return false;
-    if (count.single > kGroupSeparators || count.twice > 1) return false;
     return count.twice == 1 || count.single == kGroupSeparators;
 }
 

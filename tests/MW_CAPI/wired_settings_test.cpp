@@ -1,6 +1,7 @@
 // The wired adapter of the settings screen: what it reads, writes, and does when a call fails.
 #include <cstring>
 
+#include "MW_CAPI/MW_CAPI_Wired.h"
 #include "adapters.h"
 
 namespace {
@@ -130,6 +131,7 @@ TEST_F(WiredSettings, WorkOnAProfileThatIsNotConnectedAndWithoutOne) {
     createNetworkStatus()->connection = nullptr;
     forgetConnHandler();
     EXPECT_EQ(_Get_Wired_Connection_Info(settings_), 14) << "no connection";
+    EXPECT_TRUE(deregister_client());
 }
 
 }  // namespace

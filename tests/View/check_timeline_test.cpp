@@ -109,6 +109,7 @@ TEST(WirelessReconnection, EndsWithItsOutcome) {
         {"wifi-off", kName, "Fail to connect wifi is not activated", false, 0.4},
         {"wifi-home-5g-first", "Home", "Success to connection request [Home_5G]", true, 1.9},
         {"wifi-home-first", "Home", "Success to connection request [Home]", true, 1.9},
+        {"wifi-home-first", "Home_5G", "Success to connection request [Home_5G]", true, 1.9},
         {"wifi-success", kName, "AP is Connected", true, 5.5},
     };
     for (const Reconnection& example : cases) {

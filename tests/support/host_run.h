@@ -22,8 +22,8 @@ struct HostSetup {
     std::string input{};
     // More environment; these win over the usual one, and an empty value unsets the variable.
     std::vector<std::pair<std::string, std::string>> environment{};
-    std::string size = "640x360";          // of the window; a third of the design needs half the time. Empty: the host's own
-    std::string module{};                  // empty: the gadget
+    std::string size = "640x360";  // of the window; a third of the design needs half the time. Empty: the host's own
+    std::string module{};          // empty: the gadget
     std::vector<std::string> arguments{};  // further options
     std::vector<std::string> allowed{};    // parts of the toolkit's complaints that this run may have
     bool realClock = false;

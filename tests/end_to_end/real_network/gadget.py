@@ -11,6 +11,7 @@ LINE_SECONDS = 60  # the line's own "within" ends sooner
 class Gadget:
     def __init__(self, host, folder, *options):
         environment = {**os.environ, "ELM_DISPLAY": "buffer", "ELM_ENGINE": "buffer", "ECORE_NO_SYSTEM_MODULES": "1",
+                       "G_DEBUG": "fatal-criticals",
                        "HOME": str(folder), "XDG_RUNTIME_DIR": str(folder), "LANGUAGE": "en", "LC_ALL": "C.UTF-8"}
         self.transcript = ""
         command = [host, "--network=networkmanager", f"--store={folder}/settings", "--script=-", "--size=1920x1080"]

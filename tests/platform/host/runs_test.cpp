@@ -1,6 +1,12 @@
 // Whole runs of the host: how each ends, what it says, and what the module saw of it, in the order in which it came.
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -85,6 +91,7 @@ const std::vector<Row>& rows() {
          life({"C.UTF-8 ko:de:en", "start"})},
         {"EnglishKeepsItsPlace", speaking({{"LANGUAGE", "en:ko"}}), 0, "", life({"C.UTF-8 en:ko", "start"})},
 
+        {"NoFocus", recorder("", "expect sane"), host::kExitExpectation, "nothing has the focus", life({"start"})},
         {"Text", gadget("expect \"Nowhere\" within 3"), host::kExitExpectation, "not on the screen"},
         {"PartOfAText", gadget("wait 6\nexpect exactly \"Clos\""), host::kExitExpectation, "not on the screen"},
         {"StillThere", gadget("wait 6\nexpect-gone \"Close\" within 1"), host::kExitExpectation,
@@ -150,6 +157,35 @@ TEST(Script, NamesThePlaceOfAWrongLineBeforeAnythingRuns) {
         EXPECT_NE(run.errors().find(reason), std::string::npos) << run;
         EXPECT_FALSE(exists(run.file("calls"))) << line;
     }
+}
+
+// A bus that takes connections and never says a word.
+class MuteBus {
+  public:
+    MuteBus() {
+        address_.sun_family = AF_UNIX;
+        std::snprintf(address_.sun_path + 1, sizeof address_.sun_path - 1, "mute-bus-%d", getpid());
+        const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + std::strlen(name()));
+        EXPECT_EQ(bind(socket_, reinterpret_cast<const sockaddr*>(&address_), length), 0);
+        EXPECT_EQ(listen(socket_, 8), 0);
+    }
+    ~MuteBus() { close(socket_); }
+    MuteBus(const MuteBus&) = delete;
+    MuteBus& operator=(const MuteBus&) = delete;
+    const char* name() const { return address_.sun_path + 1; }
+
+  private:
+    int socket_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address_{};
+};
+
+TEST(Network, IsSimulatedWhereTheBusIsMute) {
+    const MuteBus bus;
+    const HostRun run({.script = "quit",
+                       .environment = {{"DBUS_SYSTEM_BUS_ADDRESS", std::string("unix:abstract=") + bus.name()}},
+                       .arguments = {"--network", "auto"}});
+    EXPECT_TRUE(run.succeeded()) << run;
+    EXPECT_NE(run.transcript().find("NetworkManager does not answer; simulated network"), std::string::npos) << run;
 }
 
 TEST(Help, ListsEveryExitCode) {

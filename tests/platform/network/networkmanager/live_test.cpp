@@ -1,4 +1,6 @@
 // Against a real NetworkManager, in the namespaces of tests/end_to_end/real_network/tv_network.py.
+#include <glib.h>
+
 #include <cstdlib>
 #include <string>
 
@@ -58,6 +60,7 @@ class NetworkManager : public testing::Test {
   protected:
     void SetUp() override {
         if (const std::string obstacle = openNetwork(); !obstacle.empty()) GTEST_SKIP() << obstacle;
+        g_log_set_always_fatal(static_cast<GLogLevelFlags>(G_LOG_FATAL_MASK | G_LOG_LEVEL_CRITICAL));
         connectClient();
         // Parts of what the router gives come one after the other.
         ASSERT_TRUE(MainLoop::runUntil([] {
@@ -172,7 +175,11 @@ TEST_F(NetworkManager, AsksAUrlWhenTheDaemonDoesNotCheck) {
         network::release();
         openNetwork(url);
         connectClient();
+        contract::Results withdrawn;
+        connection_get_is_online_ipv6_async(client, contract::record, &withdrawn);
+        connection_unset_async_cb(client);
         EXPECT_EQ(answerOf(connection_get_is_online_ipv6_async, client), result) << url;
+        EXPECT_TRUE(withdrawn.codes.empty()) << url;
     }
     check("true");
 }

@@ -1,4 +1,6 @@
 // The Wi-Fi manager against the played NetworkManager of wifi_daemon.py.
+#include <glib.h>
+
 #include <chrono>
 #include <cstdlib>
 #include <map>
@@ -22,6 +24,7 @@ class WifiOverNetworkManager : public testing::Test {
   protected:
     void SetUp() override {
         if (std::getenv("TV_ROUTER_PID") == nullptr) GTEST_SKIP() << "not in the test network";
+        g_log_set_always_fatal(static_cast<GLogLevelFlags>(G_LOG_FATAL_MASK | G_LOG_LEVEL_CRITICAL));
         tellDaemon("Reset");
         const auto selection = network::select("networkmanager", {});
         ASSERT_TRUE(selection.selected) << selection.text;
