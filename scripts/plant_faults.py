@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Plants single faults in the code and tells which of them the tests catch.
 
-    scripts/plant_faults.py [--count 100] [--seed 1] [--files PATTERN] [--list] [--all-tests] [--resume]
+    scripts/plant_faults.py [--count 100] [--seed 1] [--files PATTERN] [--list] [--all-tests] [--resume] [--again]
 
 Each fault is one changed line of src/ or platform/, drawn by kind and place with the seed. It is built and tested in a
 work tree of its own, so the checkout stays as it is. What does not compile is replaced by the next fault that is drawn.
-The report goes to standard output and, after each fault, to build/faults.json, from where --resume goes on; the exit
-status is 0 whatever was caught, 2 when the unchanged code does not build or pass.
+What the plain build misses is tried on the near tests of the sanitizer build. The report goes to standard output and,
+after each fault, to build/faults.json, from where --resume goes on; --again tries once more what was not caught. The
+exit status is 0 whatever was caught, 2 when the unchanged code does not build or pass.
 """
 
 import argparse
@@ -22,6 +23,7 @@ import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 PLACE = ROOT / "build" / "faults"
+PLAIN, SANITIZERS = "dev", "asan"
 REPORT = ROOT / "build" / "faults.json"
 
 # Which tests look at a folder or unit first; the others follow when these find nothing.
@@ -126,13 +128,13 @@ def run(command, tree, limit):
         return subprocess.CompletedProcess(command, 1, (late.stdout or b"").decode(errors="replace"), "")
 
 
-def build(tree):
-    return run(["cmake", "--build", "build/dev"], tree, 1800)
+def build(tree, preset=PLAIN):
+    return run(["cmake", "--build", "--preset", preset], tree, 1800)
 
 
-def first_failure(tree, *choice):
+def first_failure(tree, *choice, preset=PLAIN):
     """The name of the first test that fails, or nothing."""
-    end = run(["ctest", "--preset", "dev", "-j2", "--timeout", "120", "--stop-on-failure", *choice], tree, 1800)
+    end = run(["ctest", "--preset", preset, "-j2", "--timeout", "120", "--stop-on-failure", *choice], tree, 1800)
     failed = re.search(r"Test +#\d+: (\S+) \.*\*\*\*", end.stdout)
     if end.returncode == 0 or "No tests were found" in end.stdout + end.stderr:
         return None
@@ -143,7 +145,10 @@ def catcher(tree, name, everything):
     """The first test that catches the fault in a file, the near ones before the others."""
     near = next((tests for start, tests in NEAR if name.startswith(start)), "^$")
     slow = ["-E", SLOW] if not (everything or "networkmanager" in name) else []
-    return first_failure(tree, "-R", near, *slow) or first_failure(tree, "-E", f"{near}{'|' + SLOW if slow else ''}")
+    found = first_failure(tree, "-R", near, *slow) or first_failure(tree, "-E", f"{near}{'|' + SLOW if slow else ''}")
+    if found or build(tree, SANITIZERS).returncode:
+        return found
+    return first_failure(tree, "-R", near, *slow, preset=SANITIZERS)
 
 
 def prepared_tree():
@@ -151,8 +156,9 @@ def prepared_tree():
     run(["git", "worktree", "add", "--detach", str(PLACE), "HEAD"], ROOT, 60)
     if not PLACE.is_dir():
         fail("git makes no work tree in " + str(PLACE))
-    if run(["cmake", "--preset", "dev"], PLACE, 300).returncode or build(PLACE).returncode:
-        fail("the unchanged code does not build in " + str(PLACE))
+    for preset in (PLAIN, SANITIZERS):
+        if run(["cmake", "--preset", preset], PLACE, 300).returncode or build(PLACE, preset).returncode:
+            fail("the unchanged code does not build in " + str(PLACE))
     if broken := first_failure(PLACE):
         fail(f"the unchanged code fails {broken}")
     return PLACE
@@ -189,6 +195,31 @@ def report(tried):
         print(f"  {kind:24} {sum(1 for r in of_kind if r['caught by'])} of {len(of_kind)}")
 
 
+def as_fault(tree, result):
+    """A reported fault in the code as it is now; nothing when its line is gone."""
+    lines = (tree / result["file"]).read_text().splitlines()
+    places = [number for number, line in enumerate(lines) if line.strip() == result["was"]]
+    if not places:
+        return None
+    number = min(places, key=lambda place: abs(place + 1 - result["line"]))
+    indent = lines[number][: len(lines[number]) - len(lines[number].lstrip())]
+    return result["file"], result["kind"], number, indent + result["is"] if result["is"] else ""
+
+
+def tried_again(tree, tried, everything):
+    """The report with what was not caught tried anew, one result after the other; without what is gone."""
+    for at, result in enumerate(tried):
+        fault = as_fault(tree, result) if result["caught by"] == "" else None
+        if fault:
+            result["caught by"] = try_fault(tree, fault, everything)
+            print(f"{at + 1:3} {result['file']}:{result['line']}: {result['was']} -> {result['is'] or '(dropped)'}: "
+                  f"{result['caught by'] or 'NOT CAUGHT'}", flush=True)
+        elif result["caught by"] == "":
+            result["caught by"] = None
+        REPORT.write_text(json.dumps(tried, indent=1, ensure_ascii=False) + "\n")
+    return tried
+
+
 def options():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--count", type=int, default=100, help="how many faults (100)")
@@ -196,6 +227,7 @@ def options():
     parser.add_argument("--files", default="*", help="only files that match, such as 'src/View/*'")
     parser.add_argument("--list", action="store_true", help="shows the faults without trying them")
     parser.add_argument("--resume", action="store_true", help="goes on where the same call was stopped")
+    parser.add_argument("--again", action="store_true", help="tries what was not caught once more")
     parser.add_argument("--all-tests", action="store_true", help="the tests on real networks, too, for every fault")
     return parser.parse_args()
 
@@ -206,8 +238,10 @@ def main():
         for name, kind, number, new in itertools.islice(drawn(ROOT, wanted.seed, wanted.files), wanted.count):
             print(f"{name}:{number + 1}: {kind}: {new.strip() or '(dropped)'}")
         return
-    tried = json.loads(REPORT.read_text()) if wanted.resume and REPORT.is_file() else []
+    tried = json.loads(REPORT.read_text()) if (wanted.resume or wanted.again) and REPORT.is_file() else []
     tree = prepared_tree()
+    if wanted.again:
+        return report(tried_again(tree, tried, wanted.all_tests))
     for fault in itertools.islice(drawn(tree, wanted.seed, wanted.files), len(tried), None):
         if sum(1 for result in tried if result["caught by"] is not None) >= wanted.count:
             break
