@@ -71,6 +71,7 @@ TEST(Settings, ShowTheConfigurationAndOkWritesItAndChecksAnew) {
                 dump closed.json
                 network save confirmed.json
                 expect "network and the internet are ready to use." within 20
+                dump verdict.json
                 quit
             )"));
             ASSERT_TRUE(run.succeeded()) << run;
@@ -86,6 +87,8 @@ TEST(Settings, ShowTheConfigurationAndOkWritesItAndChecksAnew) {
             EXPECT_EQ(popupsIn(closed), Texts{});
             EXPECT_EQ(focusIn(closed), "Cancel");
             EXPECT_EQ(panelIn(closed), kBlankPanel);
+            EXPECT_EQ(pictureIn(run.dump("verdict.json"), kSignalPart),
+                      isWireless(network.scenario) ? kSignalPicture : "");
         }
     }
 }
