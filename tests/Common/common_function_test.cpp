@@ -83,7 +83,7 @@ TEST(Utilities, LabelsAndErrorCodesHaveTexts) {
 }
 
 TEST(OutsideText, IsShownExactlyOrWithReplacementSigns) {
-    const char* shown = "café\u00A0<b>&amp; 📺";
+    const char* shown = "café\u00A0<b>&amp; \u07FF\u0800\uFFFD\U00010000\U0010FFFF 📺";
     EXPECT_EQ(showableText(shown), shown);
     EXPECT_EQ(showableText(""), "");
     EXPECT_EQ(showableText("a\x01|\x7F|\xC2\x9Fz"), "a\uFFFD|\uFFFD|\uFFFDz");

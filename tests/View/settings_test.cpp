@@ -165,11 +165,14 @@ TEST(Settings, ANewAddressIsShownWhileTheModeIsAutomatic) {
     for (const auto& [stored, address, server] : {std::tuple{Stored{}, "2001:db8:7::7", "2001:db8:7::53"},
                                                   {Stored{kAuto, kManual}, "2001:db8:7::7", "2001:db8:9::53"},
                                                   {Stored{kManual, kManual}, "2001:db8:9::9", "2001:db8:9::53"}}) {
-        const HostRun run(onSettings(
+        HostSetup setup = onSettings(
             kWiredCase, stored,
             "network dns 2001:db8:7::53\nnetwork address 2001:db8:7::7/48\nwait 0.1\nexpect focus \"IP settings\"\n"
-            "dump changed.json\nkey XF86Back\nwait 0.1\nnetwork address 2001:db8:6::6/48\nwait 1\nquit\n"));
+            "dump changed.json\nkey XF86Back\nwait 0.1\nnetwork address 2001:db8:6::6/48\nwait 1\nquit\n");
+        setup.arguments = {"--log", "debug"};
+        const HostRun run(setup);
         ASSERT_TRUE(run.succeeded()) << run;
+        EXPECT_NE(run.errors().find("ip_changed_callback deregistered Success"), std::string::npos);
         EXPECT_EQ(valuesIn(run.dump("changed.json"))[1], address);
         EXPECT_EQ(valuesIn(run.dump("changed.json"))[5], server);
     }

@@ -86,7 +86,9 @@ TEST_F(Log, MakesOneCleanLineOfAnyText) {
         {"\x1b[31mred\tstop\x7f", "\\x1b[31mred\\x09stop\\x7f"},
         {"C1 \xc2\x9b", "C1 \\x9b"},
         {"Zürich 한국어 🙂 100 %s %n", "Zürich 한국어 🙂 100 %s %n"},
-        {"stray \xff\xc3 bytes", "stray \\xff\\xc3 bytes"},
+        {"stray \x80\xff\xc3 bytes", "stray \\x80\\xff\\xc3 bytes"},
+        {"last ones \xc2\x9f \xe2\x80\xa8 \xe2\x81\xa9", "last ones \\x9f \\u2028 \\u2069"},
+        {"seen \xc2\xa0 \xe2\x80\xaf \xe2\x81\xaa", "seen \xc2\xa0 \xe2\x80\xaf \xe2\x81\xaa"},
         {"turned \xe2\x80\xae \xe2\x81\xa6", "turned \\u202e \\u2066"},
         {large, large},
     };
