@@ -117,6 +117,9 @@ TEST_F(WiredSettings, WorkOnAProfileThatIsNotConnectedAndWithoutOne) {
     connection_profile_handle profile = nullptr;
     EXPECT_FALSE(Updated_Ethernet_Profile_Handle(&profile));
     EXPECT_NE(profile, nullptr) << "found over the status screen's connection";
+    EXPECT_TRUE(get_updated_ethernet_profile_handle(&profile));
+    fail("connection_get_profile_iterator", "1");
+    EXPECT_FALSE(get_updated_ethernet_profile_handle(&profile));
     say({"profile", "remove", "wired"});
     say({"mac", "none"});
     EXPECT_EQ(_Get_Wired_Connection_Info(settings_), 14);

@@ -9,7 +9,11 @@
 #include <vector>
 
 #include "Common/Common_Function.h"
+#include "MW_CAPI/MWCapiWifi.h"
 #include "View/Custom_IPv6_Keyboard.h"
+#include "View/IPSettings.h"
+#include "View/IPSettings_Apply.h"
+#include "View/IPSettings_Values.h"
 #include "View/IPSingleton.h"
 #include "View/Keyboard_Editing.h"
 #include "View/Keyboard_Entry.h"
@@ -19,7 +23,12 @@
 #include "View/Keyboard_Keys.h"
 #include "View/Keyboard_Popups.h"
 #include "View/Keyboard_Remote.h"
+#include "View/NS_Buttons.h"
+#include "View/NS_Gateway_Check.h"
+#include "View/NS_Info_Panel.h"
 #include "View/NS_Main.h"
+#include "View/NS_Run_Control.h"
+#include "View/NS_Wireless.h"
 #include "gadget_host.h"
 
 namespace {
@@ -62,6 +71,19 @@ TEST(Entry, CallbacksTolerateMissingArguments) {
     operations.destroy(kHandle, nullptr, operations.priv);
     EXPECT_EQ(createNetworkStatus(), operations.priv) << "without a layout there is nothing to release";
     UG_MODULE_EXIT(&operations);
+}
+
+TEST(Entry, FunctionsTolerateMissingRecords) {
+    for (void (*const function)(sNetworkStatus*) :
+         {createNSCommonBtn, reset_text, initialize_status, wireless_animation, check_gateway_wireless})
+        function(nullptr);
+    for (void (*const function)(sIPSetting*) :
+         {IP_Auto_Btn, IP_Man_Btn, DNS_Auto_Btn, DNS_Man_Btn, SetConnectionInfo, initIPSetting, set_Initial_Values})
+        function(nullptr);
+    for (const Evas_Smart_Cb callback : {_click_cb_cancel, retry_function})
+        callback(nullptr, nullptr, nullptr);
+    EXPECT_EQ(Set_Wireless_IP_Config_Type(1, nullptr), 0);
+    EXPECT_EQ(Set_Wireless_DNS_Config_Type(1, nullptr), 0);
 }
 
 TEST(KeyboardEditing, KeysInsertOrDeleteAtTheCursor) {

@@ -183,14 +183,14 @@ TEST(Keyboard, MenuClosesTheGadgetInEveryStateAndSoDoesAMinuteWithoutInput) {
 
 TEST(Keyboard, ThePointerLeavesTheFocusOnTheKeys) {
     // Once the prefix popup has been closed the focus follows the pointer.
-    const nlohmann::json dump =
-        endOf(onKeyboard("Gateway", "fe80::1",
-                         "key XF86Back\nwait 0.1\nkey Return\nwait 0.2\n"
-                         "click \"Prefix length\"\nwait 0.3\nkey Return\nwait 0.3\n"
-                         "click \"Gateway\"\nwait 0.3\n" +
-                             clickKeys("5") + "click part elm.text.title_V6\nwait 0.2\nkey 6\nwait 0.1\n"));
-    EXPECT_EQ(entryIn(dump), "fe80::156|");
-    EXPECT_EQ(focusIn(dump), "5");
+    const nlohmann::json dump = endOf(onKeyboard(
+        "Gateway", "fe80::1",
+        "key XF86Back\nwait 0.1\nkey Return\nwait 0.2\n"
+        "click \"Prefix length\"\nwait 0.3\nkey Return\nwait 0.3\n"
+        "click \"Gateway\"\nwait 0.3\n" +
+            clickKeys("5") + "click \"D\"\nwait 0.1\nclick part elm.text.title_V6\nwait 0.2\nkey 6\nwait 0.1\n"));
+    EXPECT_EQ(entryIn(dump), "fe80::15d6:|");
+    EXPECT_EQ(focusIn(dump), "D");
 }
 
 }  // namespace

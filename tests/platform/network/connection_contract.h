@@ -83,6 +83,8 @@ TEST_P(ConnectionContract, KeepsOneHandleForOneProfileAndSeparateOnesForSeparate
     ASSERT_EQ(connection_create(&other), 0);
     const auto first = profiles(client, CONNECTION_ITERATOR_REGISTERED);
     EXPECT_EQ(first, profiles(client, CONNECTION_ITERATOR_REGISTERED));
+    for (connection_profile_handle profile : first)
+        EXPECT_GE(contract::number<int>(connection_profile_get_type, profile), 0);
     const auto theirs = profiles(other, CONNECTION_ITERATOR_REGISTERED);
     ASSERT_FALSE(theirs.empty());
     EXPECT_NE(first.front(), theirs.front());

@@ -72,6 +72,10 @@ TEST_F(Values, OnlyTheOwnerMayRead) {
     fs::permissions(file_, fs::perms(0644));
     open();
     EXPECT_EQ(fs::status(file_).permissions(), fs::perms(0600));
+    EXPECT_EQ(textUnder("key"), "secret");
+    std::string why;
+    EXPECT_FALSE(store::open("/proc/none/settings.db", why));
+    EXPECT_EQ(textUnder("key"), std::nullopt) << "the store of before is closed";
     umask(before);
 }
 

@@ -175,6 +175,7 @@ TEST_F(WifiOverNetworkManager, TellsTheValuesOfTheConnectedAccessPointAndChecksI
     ASSERT_TRUE(MainLoop::runUntil([&] { return wifi_get_connected_ap(&ap) == 0; }));
     EXPECT_EQ(text(wifi_ap_get_essid, ap), "open");
     EXPECT_TRUE(getsAddress("open", "2001:db8:9::5"));
+    EXPECT_EQ(text(wifi_ap_get_ip_address, found().at("known"), kIpv6), "") << "another access point";
     EXPECT_EQ(text(wifi_ap_get_gateway_address, ap, kIpv6), "::1");
     EXPECT_EQ(text(wifi_ap_get_dns_address, ap, 1, kIpv6), "2001:db8:9::53");
     EXPECT_EQ(answerOf(wifi_disconnect, ap), 0);
