@@ -187,10 +187,14 @@ def try_fault(tree, fault, everything):
         file.write_text(whole)
 
 
-def report(tried):
+def without_effect(results):
     known = {(entry["file"], entry["was"], entry["is"]) for entry in json.loads(WITHOUT_EFFECT.read_text())}
+    return [r for r in results if r["caught by"] == "" and (r["file"], r["was"], r["is"]) in known]
+
+
+def report(tried):
     built = [result for result in tried if result["caught by"] is not None]
-    idle = [r for r in built if not r["caught by"] and (r["file"], r["was"], r["is"]) in known]
+    idle = without_effect(built)
     results = [result for result in built if result not in idle]
     caught = sum(1 for result in results if result["caught by"])
     print(f"\n{caught} of {len(results)} faults caught ({100 * caught / max(1, len(results)):.0f} %), "
@@ -214,7 +218,10 @@ def as_fault(tree, result):
 
 def tried_again(tree, tried, everything):
     """The report with what was not caught tried anew, one result after the other; without what is gone."""
+    idle = without_effect(tried)
     for at, result in enumerate(tried):
+        if result in idle:
+            continue
         fault = as_fault(tree, result) if result["caught by"] == "" else None
         if fault:
             result["caught by"] = try_fault(tree, fault, everything)
