@@ -148,7 +148,10 @@ void focusRows(const sIPSetting& settings) {
     elm_object_focus_set(settings.list, EINA_TRUE);
     Elm_Object_Item* const item =
         settings.currentItem ? settings.currentItem : elm_genlist_first_item_get(settings.list);
-    if (item) elm_object_item_focus_set(item, EINA_TRUE);
+    if (!item) return;
+    elm_object_item_focus_set(item, EINA_TRUE);
+    // Its light went with the popup's focus, and the toolkit does not tell a row that has kept its own.
+    elm_object_item_signal_emit(item, "elm,state,focused", "elm");
 }
 
 void focusRowsLater() {
