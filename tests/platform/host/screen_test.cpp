@@ -1,12 +1,11 @@
 // What scripts, dumps and pictures make of the gadget's screen.
 #include <gtest/gtest.h>
-#include <png.h>
 
-#include <array>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "host_run.h"
+#include "picture.h"
 
 namespace {
 
@@ -44,15 +43,10 @@ TEST(Picture, ShowsTheWholeWindowScaledWithItsHeight) {
     const HostRun run({.script = "resize 960x540\nwait 6\ndump small.json\nshot screen.png\nquit"});
     ASSERT_TRUE(run.succeeded()) << run;
     EXPECT_EQ(run.dump("small.json")["buttons"][2]["geometry"], (json{602, 456, 220, 40}));
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    ASSERT_NE(png_image_begin_read_from_file(&image, run.file("screen.png").c_str()), 0);
-    image.format = PNG_FORMAT_RGB;
-    ASSERT_EQ(std::pair(image.width, image.height), std::pair(960U, 540U));
-    std::vector<std::array<unsigned char, 3>> pixels(960 * 540);
-    png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr);
+    const Picture picture(run.file("screen.png"));
+    ASSERT_EQ(std::pair(picture.width, picture.height), std::pair(960U, 540U));
     const auto is = [&](unsigned x, unsigned y, auto expected) {
-        const auto& [red, green, blue] = pixels[y * 960 + x];
+        const auto [red, green, blue] = picture.at(x, y);
         return expected(red, green, blue);
     };
     EXPECT_TRUE(is(2, 2, [](int red, int green, int blue) { return red < green && green < blue && blue < 60; }))
