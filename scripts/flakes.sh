@@ -6,6 +6,7 @@ set -uom pipefail # m: a group for each busy job, so that its children end with 
 cd "$(dirname "$0")/.." || exit 1
 runs=${1:-50} preset=${2:-dev} log=$PWD/build/flakes.log
 command=("${@:3}")
+[[ $runs =~ ^[1-9][0-9]*$ ]] || { echo "scripts/flakes.sh: '$runs' is no number of runs" >&2; exit 2; }
 
 spin() { while :; do :; done; }
 keep_busy() {
@@ -21,8 +22,8 @@ trap 'kill -- "-$busy"' EXIT
 for ((run = 1; run <= runs; run++)); do
     start=$SECONDS
     ctest --preset "$preset" --parallel "$(($(nproc) + 1))" --schedule-random >"build/flakes-$run.log" 2>&1
-    grep -E '^\s+[0-9]+ - .* \((Failed|Timeout|SEGFAULT|Subprocess aborted|.*Exception.*)\)' "build/flakes-$run.log" |
-        sed "s/^ */run $run: /" | tee -a "$log"
+    sed -n '/^The following tests FAILED:/,$ { /(Skipped)$/d; s/^[[:space:]]*\([0-9][0-9]* - .*\)/run '"$run"': \1/p }' \
+        "build/flakes-$run.log" | tee -a "$log"
     total=$(sed -n 's/.* tests failed out of \([0-9]*\)$/\1/p' "build/flakes-$run.log")
     echo "run $run: ${total:-no} tests, $((SECONDS - start)) s"
     [[ -n $total ]] || echo "run $run: did not end" >>"$log"

@@ -4,7 +4,10 @@
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit 1
 actions=${1:-1000000} seeds=20
-[[ $actions =~ ^[0-9]+$ ]] || { echo "scripts/random_remote.sh: '$actions' is no number of actions" >&2; exit 2; }
+[[ $actions =~ ^[1-9][0-9]*$ ]] && ((actions >= seeds)) || {
+    echo "scripts/random_remote.sh: '$actions' is no number of actions, $seeds or more" >&2
+    exit 2
+}
 mkdir -p build/random-remote && cd build/random-remote || exit 1
 
 play() {

@@ -76,6 +76,10 @@ void type(custKeyboard& keyboard, Evas_Object* button, const void* event) {
     showInEntry(keyboard.en, edited);
 }
 
+void logWhatGoes(const custKeyboard& keyboard) {
+    LOG_DEBUG("Existing Data %s\n", entryText(keyboard.en).c_str());
+}
+
 void deleteOne(const custKeyboard& keyboard) {
     const std::string text = entryText(keyboard.en);
     LOG_DEBUG("Initial String %s\n", text.c_str());
@@ -115,7 +119,7 @@ void deleteAll_Btn_cb(void* data, Evas_Object* button, void* /*event*/) {
     const custKeyboard* const keyboard = keyboardOf(data, button);
     if (!keyboard) return;
     const FocusPause pause(button);
-    unlessOutOfMemory([&] { LOG_DEBUG("Existing Data %s\n", entryText(keyboard->en).c_str()); });
+    unlessOutOfMemory([&] { logWhatGoes(*keyboard); });
     showInEntry(keyboard->en, {});
 }
 

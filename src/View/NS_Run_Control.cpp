@@ -8,6 +8,7 @@
 #include "Common/Resources.h"
 #include "Common/Run_State.h"
 #include "MW_CAPI/Capi_IPSetting.h"
+#include "View/IPSingleton.h"
 #include "View/NS_Buttons.h"
 #include "View/NS_Info_Panel.h"
 #include "View/NS_Main.h"
@@ -160,7 +161,8 @@ void retry_function(void* data, Evas_Object* /*object*/, void* /*event*/) {
 void ip_setting(void* data, Evas_Object* /*object*/, void* /*event*/) {
     LOG_SCOPE();
     auto* status = static_cast<sNetworkStatus*>(data);
-    if (!status || !status->layout) return;
+    // The toolkit delivers clicks late: a second one of the same moment comes to the screen that is open already.
+    if (!status || !status->layout || isSettingsOpen()) return;
     const sIPSettingCallbacks callbacks{OkBtnCB, CancelBtnCB, status->connection, status};
     hidePopUp(*status);
     LaunchIPSettings(status->popup, status->connStatus->networkKind, &callbacks);

@@ -268,6 +268,20 @@ TEST_F(KeyboardCalls, TheClickThatClosesMayArriveTwice) {
     EXPECT_EQ(lastResult, nullptr) << "discarded";
 }
 
+TEST_F(KeyboardCalls, TheClickThatOpensTheSettingsMayArriveTwice) {
+    sNetworkStatus* const status = createNetworkStatus();
+    status->popup = parent;
+    status->layout = elm_layout_add(parent);
+    initConnParameter();
+    ip_setting(status, nullptr, nullptr);
+    ASSERT_TRUE(isSettingsOpen());
+    const Evas_Object* const first = getObject()->popup;
+    ip_setting(status, nullptr, nullptr);
+    EXPECT_EQ(getObject()->popup, first) << "one popup above the other, and nobody would delete the first";
+    destroyIPSettings();
+    status->popup = status->layout = nullptr;
+}
+
 TEST_F(KeyboardCalls, IncompleteCallsChangeNothing) {
     Evas_Object* const button = keyboard->mV6_buttons[kKeyBackspace];
     for (const auto handler : {back_Btn_cb, deleteAll_Btn_cb, cursorLeft_cb, cursorRight_cb, appendString_cb}) {

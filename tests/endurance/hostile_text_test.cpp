@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::size_t kTexts = 200;
+constexpr std::size_t kTexts = 260;
 constexpr std::size_t kLongest = 255;
 
 constexpr const char* kIngredients[] = {"",
@@ -72,13 +72,14 @@ std::string cut(const std::string& text, std::size_t width) {
     return text.substr(0, width);
 }
 
-// Each ingredient alone, then as often as fits into the widths of the fields and one byte more, then all kinds mixed.
+// Each ingredient alone, then as often as overflows the widths of the fields, then all kinds mixed at any length.
 std::vector<std::string> hostileTexts() {
     std::vector<std::string> all(std::begin(kIngredients), std::end(kIngredients));
     for (const std::size_t width : {31U, 40U, 64U}) {
         for (const char* ingredient : kIngredients) {
+            if (*ingredient == '\0') continue;
             std::string text = "x";
-            while (*ingredient != '\0' && text.size() < width)
+            while (text.size() < width)
                 text += ingredient;
             all.push_back(cut(text, width));
         }

@@ -219,7 +219,8 @@ TEST_P(Failures, LeaveATrueScreenAndAClosedGadget) {
     const Network& network = networks()[number];
     const std::vector<Failure> all = kind.failures(soundJourney(network, kind.screens), kind.screens);
     std::vector<Failure> played;
-    for (std::size_t i = slice; i < all.size(); i += slices() * everyNth(kind.sampled))
+    const std::size_t every = everyNth(kind.sampled);
+    for (std::size_t i = slice * every; i < all.size(); i += slices() * every)
         played.push_back(all[i]);
     for (std::size_t first = 0; first < played.size(); first += kJourneysInARun)
         sweep(network, std::span(played).subspan(first, std::min(kJourneysInARun, played.size() - first)));

@@ -61,7 +61,6 @@ class Folder {
     Folder(const Folder&) = delete;
     Folder& operator=(const Folder&) = delete;
     std::filesystem::path operator/(const char* name) const { return path_ / name; }
-    const std::filesystem::path& path() const { return path_; }
 
   private:
     std::filesystem::path path_;
