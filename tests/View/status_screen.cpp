@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ranges>
+#include <sstream>
 
 std::string scenario(const std::string& name) {
     return SCENARIO_FOLDER + name + ".json";
@@ -71,8 +71,9 @@ std::vector<std::string> panelIn(const nlohmann::json& dump) {
 
 Texts listed(std::string_view text) {
     Texts all;
-    for (const auto part : std::views::split(text, '|'))
-        all.emplace_back(part.begin(), part.end());
+    std::istringstream stream{std::string(text)};
+    for (std::string part; std::getline(stream, part, '|');)
+        all.push_back(part);
     return all;
 }
 

@@ -29,7 +29,9 @@ std::string outputOf(const std::string& command) {
 }
 
 void onRouter(const std::string& command) {
-    shell("nsenter -t " + std::string(std::getenv("TV_ROUTER_PID")) + " -n " + command);
+    const char* const router = std::getenv("TV_ROUTER_PID");
+    ASSERT_NE(router, nullptr);
+    shell("nsenter -t " + std::string(router) + " -n " + command);
 }
 
 void routerHasIpv6(bool has) {
