@@ -98,8 +98,10 @@ std::vector<std::string> hostileTexts() {
 std::string inHex(const std::string& text) {
     constexpr char kDigits[] = "0123456789abcdef";
     std::string digits;
-    for (const unsigned char byte : text)
-        digits.append({kDigits[byte / 16], kDigits[byte % 16]});
+    for (const char byte : text) {
+        const auto value = static_cast<unsigned char>(byte);
+        digits.append({kDigits[value / 16], kDigits[value % 16]});
+    }
     return digits;
 }
 

@@ -79,7 +79,7 @@ std::string shortForm(const Groups& groups) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string whole(reinterpret_cast<const char*>(data), size);
-    const std::string text = whole.c_str();
+    const std::string text = whole.substr(0, whole.find('\0'));
     // No byte more than the check may use, so that the sanitizer sees a write beyond.
     std::vector<char> buffer(std::max<std::size_t>(text.size() + 1, 40));
     std::ranges::copy(text, buffer.begin());

@@ -37,9 +37,14 @@ class Input {
 
     // At most `length` bytes.
     std::string text(std::size_t length) {
-        const std::string taken(rest_.substr(0, length));
+        std::string taken(rest_.substr(0, length));
         rest_.remove_prefix(taken.size());
         return taken;
+    }
+    // The same up to the first byte that is zero.
+    std::string cText(std::size_t length) {
+        const std::string taken = text(length);
+        return taken.substr(0, taken.find('\0'));
     }
 
   private:

@@ -33,15 +33,15 @@ void reopen(const std::string& file) {
 // A short key out of few, so that many are written twice, or any text.
 std::string keyOf(fuzz::Input& input) {
     const std::uint8_t choice = input.byte();
-    return choice < 0xf0 ? std::string(choice % 8, static_cast<char>('a' + choice % 5)) : input.text(input.byte());
+    return choice < 0xf0 ? std::string(choice % 8, static_cast<char>('a' + choice % 5)) : input.cText(input.byte());
 }
 
 void step(fuzz::Input& input, Model& model, const std::string& file) {
     const std::uint8_t action = input.byte();
-    const std::string key = keyOf(input).c_str();
+    const std::string key = keyOf(input);
     if (action % 8 == 0) return reopen(file);
     if (action % 8 < 4) {
-        std::string text = input.text(input.byte()).c_str();
+        std::string text = input.cText(input.byte());
         if (action >= 0x80) text.append(std::size_t{action} * 40, 'x');  // beyond a page of the file
         fuzz::require((vconf_set_str(key.c_str(), text.c_str()) == 0) == !key.empty(), "a text is stored", key);
         if (!key.empty()) model[key] = text;

@@ -155,7 +155,7 @@ void HostRun::judge(const std::vector<std::string>& allowed) const {
 }
 
 nlohmann::json HostRun::dump(const std::string& name) const {
-    const nlohmann::json parsed = nlohmann::json::parse(readFile(file(name)), nullptr, false);
+    nlohmann::json parsed = nlohmann::json::parse(readFile(file(name)), nullptr, false);
     if (!parsed.is_discarded()) return parsed;
     ADD_FAILURE() << "there is no dump " << name << '\n' << *this;
     return nullptr;

@@ -10,7 +10,6 @@
 
 using network::confirmedWithin;
 using network::Neighbour;
-using network::NeighbourEntry;
 using network::parseNeighbour;
 using std::chrono::milliseconds;
 

@@ -140,7 +140,7 @@ TEST_F(WifiOverNetworkManager, EndsAnAttemptThatNeverEndsWithinHalfAMinute) {
         wifi_ap_set_passphrase(ap, kPassphrase);
         ASSERT_EQ(wifi_connect(ap, contract::record, &results), 0);
         // The new profile is what is known last of an attempt.
-        ASSERT_TRUE(MainLoop::runUntil([&] { return !asksForPassphrase(name); })) << name;
+        ASSERT_TRUE(MainLoop::runUntil([wanted = name] { return !asksForPassphrase(wanted); })) << name;
         MainLoop::settle();
         skippedSeconds += 25;
         MainLoop::settle();
